@@ -1,0 +1,24 @@
+# How every target of this project is compiled; private to the project's own targets, so that a
+# project that includes this one keeps its own rules.
+add_library(updater_options INTERFACE)
+
+target_compile_options(updater_options INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wshadow                # a name that hides another is read as the other
+    -Wconversion            # the board is 32-bit: a silent narrowing there is a wrong value
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference
+    # Qt's own macros and generated code are not written to these two.
+    -Wno-sign-conversion
+)
+target_compile_definitions(updater_options INTERFACE
+    QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_DEPRECATED_WARNINGS
+)
+
+if(UPDATER_SANITIZE)
+    target_compile_options(updater_options INTERFACE
+        -fsanitize=${UPDATER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
+        # GCC sees null dereferences in sanitizer-instrumented Qt headers that are not there.
+        -Wno-null-dereference -Wno-maybe-uninitialized)
+    target_link_options(updater_options INTERFACE -fsanitize=${UPDATER_SANITIZE})
+endif()
