@@ -7,7 +7,8 @@
 // `sqlcipher` program, the record of its control command, and the faults it can be told to have.
 namespace Dispenser {
 
-inline const QString sharedDatabase = QStringLiteral("/opt/Merivon/Database/merivon_database_enc.db");
+inline const QString sharedDatabase
+    = QStringLiteral("/opt/Merivon/Database/merivon_database_enc.db");
 inline const QString defaultsDatabase
     = QStringLiteral("/opt/Merivon/Versions/Merivon-current/Database/merivon_defaults.db");
 inline const QString databaseKey = QStringLiteral("d8pantry%");

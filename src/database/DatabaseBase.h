@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+// Access to the platform's shared database, "/opt/Merivon/Database/merivon_database_enc.db", which
+// other processes of the platform use at the same time. Base of every table class.
+//
+// Each thread has one connection, named after the thread, registered when the first object of this
+// class is made on it. An object may be used from any thread, by one at a time; what it does goes
+// through the calling thread's connection. Nothing throws: a failure is a neutral result and a line
+// in the log. While another process holds the database locked, every operation waits, without
+// limit.
+class DatabaseBase : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Makes sure that the database folder is there and the calling thread's connection registered.
+    explicit DatabaseBase(QObject* parent = nullptr);
+    // Closes the calling thread's connection, unless a statement or a maintenance operation
+    // further up on this thread still needs it.
+    ~DatabaseBase() override;
+
+    // Keeps the calling thread's connection open, against the closing that follows each helper,
+    // while objects of this class live; they may be nested. The last one does not close it either.
+    class ConnectionHold
+    {
+    public:
+        ConnectionHold();
+        ~ConnectionHold();
+        Q_DISABLE_COPY_MOVE(ConnectionHold)
+    };
+
+    // The calling thread's connection in Qt's registry: its native identifier cut to 32 bits, as a
+    // signed decimal number.
+    static QString connectionName();
+
+    // Opens the connection and gives it its key, if it is not open already. True when it is open
+    // afterwards; the key is given, and checked by the first statement only, in any case.
+    bool openDatabase();
+    // Closes the connection at once. True when it is still open afterwards, that is, on failure.
+    bool closeDatabase();
+
+    // The generic helpers run one SQL text on the open connection and close it afterwards, except
+    // genericGetID, genericGetMapList and genericTableExists, which leave it open: the scene's
+    // texts come through genericGetMapList, and it closes the connection itself, by looking up
+    // "KeyCloseDatabase", before an installation replaces the database file. Nothing is bound or
+    // escaped. A failed statement gives the neutral result and two debug lines.
+
+    // The first column of the first row, cut to 16 bits; -1 without a row.
+    Q_INVOKABLE short genericGetID(QString sql = QString());
+    // The first column of each row as an integer.
+    Q_INVOKABLE QVariantList genericGetIDs(QString sql = QString());
+    // The first column of the first row as a string; an invalid variant without a row.
+    Q_INVOKABLE QVariant genericGetColumn(QString sql = QString());
+    // The first column of each row, as the driver gives it.
+    Q_INVOKABLE QVariantList genericGetColumnList(QString sql = QString());
+    // Whether the statement was executed.
+    Q_INVOKABLE bool genericQuery(QString sql = QString());
+    // A QVariantList of rows, each row a QVariantList of its columns in column order, as the driver
+    // gives them (no maps, whatever the name says). A failure is an empty list without debug lines.
+    Q_INVOKABLE QVariant genericGetMapList(QString sql = QString());
+    // The columns, as strings, of the table's first row of this id.
+    Q_INVOKABLE QVariantList getRowAsList(QString table, ushort databaseID);
+    // The columns, as strings, of all rows whose column keyName holds keyValue, or of all rows for
+    // an empty keyName, one row after the other in one flat list.
+    Q_INVOKABLE QVariantList getRowAsList(QString table, QString keyName,
+                                          QString keyValue = QString());
+
+    // When set, each opening, closing, preparing and executing writes its duration to the log.
+    static bool _debug;
+
+protected:
+    // Closes the connection unless something further up on this thread holds it open.
+    void closeUnlessHeld();
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "database/DatabaseBase.h"
+
+// The table "systemMessages" of the shared database, columns id, name (the service), type, date
+// ("dd-MM-yy hh:mm:ss", local time of insertion) and msg: what the platform's service pages list.
+class TableMessages : public DatabaseBase
+{
+    Q_OBJECT
+
+public:
+    explicit TableMessages(QObject* parent = nullptr);
+
+    // Inserts one row, dated now. False when the statement fails: nothing is escaped, so a message
+    // with an apostrophe is not stored.
+    static bool insertSystemMessage(const QString& name, const QString& type, const QString& msg);
+
+    // A page of rows as a QVariantList, each row a QVariantList of type, name, date and msg. The
+    // filter "All" takes every type or name; the order column and direction ("ASC", "DESC") are
+    // put into the statement as they are. An empty list on failure.
+    QVariant getSystemMessages(const int& limit, const int& offset, const QString& type,
+                               const QString& name, const QString& orderColumn,
+                               const QString& orderDirection);
+
+    // Deletes all rows; whether the statement succeeded.
+    bool clearSystemMessages();
+    // The number of rows; 0 on failure.
+    int getNumberOfEntries();
+    // Deletes the count oldest rows and gives their space back; whether the deletion succeeded.
+    bool cleanEntries(const int& count);
+};

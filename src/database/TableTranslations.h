@@ -1,0 +1,41 @@
+#pragma once
+
+#include "database/DatabaseBase.h"
+
+#include <QString>
+
+// The table "translations" of the shared database: the texts of the user interface by their English
+// key, one column a language. The scene binds to lookUp(key) + languageBinder. Nothing is cached,
+// so that a text edited in the database shows at the next look-up. Used on the GUI thread.
+class TableTranslations : public DatabaseBase
+{
+    Q_OBJECT
+    // Always empty. It announces every languageUpdate, so a binding that adds it to a text looks
+    // the text up again.
+    Q_PROPERTY(QString languageBinder READ languageBinder NOTIFY languageChanged)
+
+public:
+    // Reads the language and marks the row that holds the table's version as used.
+    explicit TableTranslations(QObject* parent = nullptr);
+
+    // The text of a key in the current language. An unknown key is added to the table, and its
+    // first look-up by anyone marks it as used. The key itself when there is no text for it or the
+    // database cannot be read; never empty for a key that is not. "KeyCloseDatabase" closes the
+    // connection, so that an installation can replace the database file.
+    Q_INVOKABLE QString lookUp(QString key);
+
+    // Reads the setting "language" again, a column name of the table such as "english"; to be
+    // called after the setting is stored.
+    Q_INVOKABLE void languageUpdate();
+
+    QString languageBinder() const { return {}; }
+
+signals:
+    void languageChanged();
+
+private:
+    void addKey(const QString& key);
+    void markUsed(const QString& key);
+
+    QString m_language;
+};

@@ -1,0 +1,259 @@
+#include "sqlcipher/SqlCipherDriver.h"
+
+#include "sqlcipher/KeyCache.h"
+#include "sqlcipher/SqlCipherError.h"
+#include "sqlcipher/SqlCipherResult.h"
+
+#include <QSqlField>
+#include <QSqlIndex>
+#include <QSqlQuery>
+
+#include <memory>
+
+#define SQLITE_HAS_CODEC // declares the functions that take a key
+#include <sqlite3.h>
+
+namespace {
+
+// The salt at the head of an open database's file, read through SQLite's own handle of it: a
+// descriptor of our own would, when closed, drop all locks that this process has on the file.
+// Empty for a file that holds no salt yet.
+QByteArray saltOf(sqlite3* database)
+{
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    QByteArray salt(KeyCache::saltSize, '\0');
+    if (file == nullptr || file->pMethods == nullptr
+        || file->pMethods->xRead(file, salt.data(), salt.size(), 0) != SQLITE_OK)
+        return {};
+    return salt;
+}
+
+struct CloseDatabase
+{
+    void operator()(sqlite3* database) const { sqlite3_close(database); }
+};
+
+QByteArray saltOfFile(const QByteArray& path)
+{
+    sqlite3* opened = nullptr;
+    const int code = sqlite3_open_v2(path.constData(), &opened, SQLITE_OPEN_READONLY, nullptr);
+    const std::unique_ptr<sqlite3, CloseDatabase> database(opened);
+    return code == SQLITE_OK ? saltOf(database.get()) : QByteArray();
+}
+
+int setKey(sqlite3* database, const QByteArray& key)
+{
+    return sqlite3_key(database, key.constData(), key.size());
+}
+
+// Reads the head of the file: SQLITE_NOTADB when the key is wrong.
+int probe(sqlite3* database)
+{
+    return sqlite3_exec(database, "PRAGMA schema_version", nullptr, nullptr, nullptr);
+}
+
+} // namespace
+
+SqlCipherDriver::SqlCipherDriver(QObject* parent) : QSqlDriver(parent) { }
+
+SqlCipherDriver::~SqlCipherDriver()
+{
+    SqlCipherDriver::close();
+    for (SqlCipherResult* result : qAsConst(m_results))
+        result->loseDriver();
+}
+
+bool SqlCipherDriver::hasFeature(DriverFeature feature) const
+{
+    switch (feature) {
+    case Transactions:
+    case LastInsertId:
+    case PreparedQueries:
+    case PositionalPlaceholders:
+    case NamedPlaceholders:
+    case BLOB:
+    case Unicode:
+    case FinishQuery:
+    case SimpleLocking:
+    case LowPrecisionNumbers:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool SqlCipherDriver::open(const QString& path, const QString& /*user*/,
+                           const QString& /*password*/, const QString& /*host*/, int /*port*/,
+                           const QString& /*options*/)
+{
+    close();
+    // Each connection stays on its thread, so SQLite need not lock it.
+    const int code = sqlite3_open_v2(
+        path.toUtf8().constData(), &m_database,
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (code != SQLITE_OK) {
+        setLastError(
+            sqlCipherError("Error opening database", QSqlError::ConnectionError, m_database));
+        sqlite3_close(m_database);
+        m_database = nullptr;
+    }
+    setOpen(code == SQLITE_OK);
+    setOpenError(code != SQLITE_OK);
+    return code == SQLITE_OK;
+}
+
+void SqlCipherDriver::close()
+{
+    if (m_database == nullptr)
+        return;
+    for (SqlCipherResult* result : qAsConst(m_results))
+        result->finalize();
+    if (sqlite3_close(m_database) != SQLITE_OK) {
+        setLastError(
+            sqlCipherError("Error closing database", QSqlError::ConnectionError, m_database));
+        return;
+    }
+    m_database = nullptr;
+    m_passPhrase.clear();
+    setOpen(false);
+    setOpenError(false);
+}
+
+QSqlResult* SqlCipherDriver::createResult() const
+{
+    return new SqlCipherResult(this);
+}
+
+bool SqlCipherDriver::beginTransaction()
+{
+    return execute("BEGIN", "Unable to begin transaction");
+}
+
+bool SqlCipherDriver::commitTransaction()
+{
+    return execute("COMMIT", "Unable to commit transaction");
+}
+
+bool SqlCipherDriver::rollbackTransaction()
+{
+    return execute("ROLLBACK", "Unable to rollback transaction");
+}
+
+bool SqlCipherDriver::execute(const char* sql, const char* what)
+{
+    if (!isOpen() || isOpenError())
+        return false;
+    const int code = sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK)
+        setLastError(sqlCipherError(what, QSqlError::TransactionError, m_database));
+    return code == SQLITE_OK;
+}
+
+QStringList SqlCipherDriver::tables(QSql::TableType type) const
+{
+    QStringList kinds;
+    if (type & QSql::Tables)
+        kinds.append(QStringLiteral("'table'"));
+    if (type & QSql::Views)
+        kinds.append(QStringLiteral("'view'"));
+    QStringList names;
+    QSqlQuery query(createResult());
+    query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type IN (%1) ORDER BY rowid")
+                   .arg(kinds.join(QLatin1Char(','))));
+    while (query.next())
+        names.append(query.value(0).toString());
+    if (type & QSql::SystemTables)
+        names.append(QStringLiteral("sqlite_master"));
+    return names;
+}
+
+QSqlRecord SqlCipherDriver::record(const QString& table) const
+{
+    return columnsOf(table, false);
+}
+
+QSqlIndex SqlCipherDriver::primaryIndex(const QString& table) const
+{
+    QSqlIndex index(table);
+    const QSqlRecord columns = columnsOf(table, true);
+    for (int i = 0; i < columns.count(); ++i)
+        index.append(columns.field(i));
+    return index;
+}
+
+QSqlRecord SqlCipherDriver::columnsOf(const QString& table, bool primaryKeyOnly) const
+{
+    enum Column { Name = 1, DeclaredType = 2, NotNull = 3, Default = 4, PrimaryKey = 5 };
+    QSqlRecord columns;
+    QSqlQuery query(createResult());
+    query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(escapeIdentifier(table, TableName)));
+    while (query.next()) {
+        if (primaryKeyOnly && query.value(PrimaryKey).toInt() == 0)
+            continue;
+        QSqlField field(query.value(Name).toString(),
+                        SqlCipherResult::typeOf(query.value(DeclaredType).toString()), table);
+        field.setRequired(query.value(NotNull).toBool());
+        field.setDefaultValue(query.value(Default));
+        columns.append(field);
+    }
+    return columns;
+}
+
+QString SqlCipherDriver::escapeIdentifier(const QString& identifier, IdentifierType type) const
+{
+    if (identifier.isEmpty() || isIdentifierEscaped(identifier, type))
+        return identifier;
+    QString doubled = identifier;
+    doubled.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return QLatin1Char('"') + doubled + QLatin1Char('"');
+}
+
+QVariant SqlCipherDriver::handle() const
+{
+    return QVariant::fromValue(m_database);
+}
+
+int SqlCipherDriver::giveKey(const QByteArray& passPhrase)
+{
+    if (passPhrase == m_passPhrase)
+        return SQLITE_OK; // keyed already, and perhaps in a transaction that a new key would break
+    const QByteArray salt = saltOf(m_database);
+    if (!salt.isEmpty()) {
+        setKey(m_database, KeyCache::instance().rawKey(passPhrase, salt));
+        const int code = probe(m_database);
+        if (code == SQLITE_OK)
+            m_passPhrase = passPhrase;
+        // Any other failure, such as a lock, says nothing of the key.
+        if (code != SQLITE_NOTADB)
+            return code;
+        KeyCache::instance().forget(passPhrase, salt);
+    }
+    m_passPhrase = passPhrase;
+    return setKey(m_database, passPhrase);
+}
+
+QByteArray SqlCipherDriver::keyFor(const QByteArray& salt) const
+{
+    return salt.isEmpty() ? m_passPhrase : KeyCache::instance().rawKey(m_passPhrase, salt);
+}
+
+int SqlCipherDriver::attach(const QByteArray& file, const QByteArray& schema)
+{
+    // Without a key of its own the file would get the raw key, and with it the salt, of this
+    // connection's file. An unencrypted connection attaches unencrypted files: the empty key.
+    const QByteArray salt = saltOfFile(file);
+    const QByteArray key = m_passPhrase.isEmpty() ? QByteArray() : keyFor(salt);
+    sqlite3_stmt* statement = nullptr;
+    int code = sqlite3_prepare_v2(m_database, "ATTACH ?1 AS ?2 KEY ?3", -1, &statement, nullptr);
+    if (code != SQLITE_OK)
+        return code;
+    sqlite3_bind_text(statement, 1, file.constData(), file.size(), SQLITE_STATIC);
+    sqlite3_bind_text(statement, 2, schema.constData(), schema.size(), SQLITE_STATIC);
+    sqlite3_bind_text(statement, 3, key.constData(), key.size(), SQLITE_STATIC);
+    code = sqlite3_step(statement);
+    if (code == SQLITE_NOTADB && !salt.isEmpty())
+        KeyCache::instance().forget(m_passPhrase, salt);
+    sqlite3_finalize(statement); // keeps the message
+    return code == SQLITE_DONE ? SQLITE_OK : code;
+}

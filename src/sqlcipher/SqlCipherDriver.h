@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSqlDriver>
+#include <QVector>
+
+class SqlCipherResult;
+struct sqlite3;
+
+// The Qt SQL driver "QSQLCIPHER": SQLite databases encrypted by the system's SQLCipher library. The
+// database name is the path of the file, which is made when it is not there; user, password, host
+// and connection options are not used.
+//
+// A pass phrase given with PRAGMA key is turned into the file's raw key once in a process, and
+// ATTACH without a key gives the attached file the connection's pass phrase. The driver never waits
+// for a lock: "database is locked" goes to the caller. The databaseText of each error is SQLite's
+// own message; errors of the driver itself have an empty one. Results only go forward. As with all
+// Qt drivers, a connection is used by the thread that opened it; any number of threads may each
+// have their own to the same file.
+class SqlCipherDriver : public QSqlDriver
+{
+    Q_OBJECT
+
+public:
+    explicit SqlCipherDriver(QObject* parent = nullptr);
+    ~SqlCipherDriver() override;
+
+    bool hasFeature(DriverFeature feature) const override;
+    bool open(const QString& path, const QString& user, const QString& password,
+              const QString& host, int port, const QString& options) override;
+    // Ends all statements first, so that the file is closed in any case.
+    void close() override;
+    QSqlResult* createResult() const override;
+    bool beginTransaction() override;
+    bool commitTransaction() override;
+    bool rollbackTransaction() override;
+    QStringList tables(QSql::TableType type) const override;
+    QSqlRecord record(const QString& table) const override;
+    QSqlIndex primaryIndex(const QString& table) const override;
+    QString escapeIdentifier(const QString& identifier, IdentifierType type) const override;
+    QVariant handle() const override;
+
+private:
+    friend class SqlCipherResult;
+
+    // Both return SQLite's result code, with its message in m_database.
+    int giveKey(const QByteArray& passPhrase);
+    int attach(const QByteArray& file, const QByteArray& schema);
+
+    QByteArray keyFor(const QByteArray& salt) const;
+    bool execute(const char* sql, const char* what);
+    QSqlRecord columnsOf(const QString& table, bool primaryKeyOnly) const;
+
+    sqlite3* m_database = nullptr;
+    QByteArray m_passPhrase; // what opened this connection; empty without a key
+    mutable QVector<SqlCipherResult*> m_results; // alive, whether they hold a statement or not
+};
+
+Q_DECLARE_OPAQUE_POINTER(sqlite3*)
+Q_DECLARE_METATYPE(sqlite3*)
