@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
+
 namespace Dispenser {
 
 namespace {
@@ -74,6 +76,15 @@ void setFaults(const QStringList& rules)
 void clearFaults()
 {
     QFile::remove(faultsFile);
+}
+
+bool isOpenHere(const QString& path)
+{
+    const QFileInfoList descriptors = QDir(QStringLiteral("/proc/self/fd"))
+                                          .entryInfoList(QDir::NoDotAndDotDot | QDir::AllEntries);
+    return std::any_of(descriptors.begin(), descriptors.end(), [&](const QFileInfo& descriptor) {
+        return descriptor.symLinkTarget() == path;
+    });
 }
 
 void writeFile(const QString& path, const QByteArray& content)

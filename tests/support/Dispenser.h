@@ -41,6 +41,9 @@ bool waitForRecord(const QString& line);
 void setFaults(const QStringList& rules);
 void clearFaults();
 
+// True when this process has a file open.
+bool isOpenHere(const QString& path);
+
 // Writes a file with its folders; an executable one when it is a script.
 void writeFile(const QString& path, const QByteArray& content);
 void writeScript(const QString& path, const QByteArray& body);
