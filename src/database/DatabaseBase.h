@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
+
 // Access to the platform's shared database, "/opt/Merivon/Database/merivon_database_enc.db", which
 // other processes of the platform use at the same time. Base of every table class.
 //
@@ -69,10 +71,56 @@ public:
     Q_INVOKABLE QVariantList getRowAsList(QString table, QString keyName,
                                           QString keyValue = QString());
 
+    // The maintenance operations keep the shared database in line with the defaults database of the
+    // current version, "/opt/Merivon/Versions/Merivon-current/Database/merivon_defaults.db". Each
+    // holds the connection open from its first statement to its last, since closing it would end
+    // the attachment, and closes it then; genericTableExists leaves it open.
+
+    // Whether the shared database has the table; false also on failure.
+    Q_INVOKABLE bool genericTableExists(QString table);
+    // Whether the table has the column, by its exact name. Raises a warning message when not.
+    Q_INVOKABLE bool genericColumnExists(QString table, QString column);
+    // Adds one column; the definition is what follows its name, such as "INTEGER DEFAULT 0".
+    Q_INVOKABLE bool genericAddColumn(QString table, QString column, QString definition);
+    // Drops the table if it is there; false when the statement fails.
+    Q_INVOKABLE bool genericDropTable(QString table);
+    // Replaces the table by the defaults' definition and rows; its own rows are lost. False when
+    // it could not be made. Without the defaults' definition nothing is dropped, and a process that
+    // dies on the way leaves the table as it was.
+    Q_INVOKABLE bool genericRestoreTable(QString table);
+    // Adds the columns that the defaults have and the table lacks; restores a table that is missing
+    // or cannot be aligned by adding alone. False when the defaults cannot be read or the change
+    // fails; the table is then as it was.
+    Q_INVOKABLE bool genericUpdateTable(QString table);
+
     // When set, each opening, closing, preparing and executing writes its duration to the log.
     static bool _debug;
 
 protected:
+    // Opens the connection and keeps it open until the end of the scope, then closes it.
+    class MaintenanceConnection
+    {
+    public:
+        explicit MaintenanceConnection(DatabaseBase& database);
+        ~MaintenanceConnection();
+        Q_DISABLE_COPY_MOVE(MaintenanceConnection)
+
+    private:
+        DatabaseBase& m_database;
+        std::optional<ConnectionHold> m_hold;
+    };
+
+    static QString attachStatement();
+    // Attaches the defaults database as "defaults". False when it is missing or not readable.
+    bool attachDefaults();
+    void detachDefaults();
+
+private:
     // Closes the connection unless something further up on this thread holds it open.
     void closeUnlessHeld();
+
+    bool dropTable(const QString& table, const QString& qualifiedName);
+    bool replaceTable(const QString& table);
+    bool createFromDefaults(const QString& table);
+    bool alignTable(const QString& table, const QString& actual, const QString& expected);
 };

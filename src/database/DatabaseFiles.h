@@ -7,6 +7,9 @@ namespace DatabaseFiles {
 
 inline const QString sharedFolder = QStringLiteral("/opt/Merivon/Database/");
 inline const QString sharedFile = QStringLiteral("merivon_database_enc.db");
+inline const QString defaultsFolder
+    = QStringLiteral("/opt/Merivon/Versions/Merivon-current/Database/");
+inline const QString defaultsFile = QStringLiteral("merivon_defaults.db");
 inline const QString keyStatement = QStringLiteral("PRAGMA key='d8pantry%';");
 
 } // namespace DatabaseFiles

@@ -2,7 +2,49 @@
 
 #include <QDebug>
 
+#include <array>
+
 namespace {
+
+struct Setting
+{
+    const char* name;
+    const char* value;
+};
+
+// Some flags say "false" and others "0": each reader of a flag expects its own spelling.
+constexpr std::array<Setting, 30> defaultSettings {{
+    {"flavorSelectColor", "#bb88bbff"},
+    {"flavorSelectBorderColor", "#bb6699dd"},
+    {"setupCustomized", "false"},
+    {"sleepModeEnabled", "false"},
+    {"sleepStartTime", "00:00 AM"},
+    {"sleepEndTime", "00:00 AM"},
+    {"valveWaterPreTime", "150"},
+    {"valveWaterPostTime", "300"},
+    {"valveCarbWaterPostTime", "300"},
+    {"waterEnabled", "1"},
+    {"iceStyleImage", ""},
+    {"iceStyleText", ""},
+    {"slideShowDelay", "15"},
+    {"iotErrorTime", "01-01-00 00:00:00"},
+    {"soldOutLeft", "0"},
+    {"soldOutRight", "0"},
+    {"useSoldOutText", "1"},
+    {"flavorComboLevel", "3"},
+    {"plexoUrl", "http://"},
+    {"plexoEnabled", "0"},
+    {"showCalories", "false"},
+    {"caloriesCupSize", "16"},
+    {"SSID", "SSID"},
+    {"wifiKey", "KEY"},
+    {"wifiEnabled", "0"},
+    {"config", "Generic"},
+    {"brandButtonStyle", "coverflow"},
+    {"rebootHour", "2"},
+    {"lastRebootDay", "0"},
+    {"oneTimeDatabaseUpdateLevel", "0"},
+}};
 
 QString tableName()
 {
@@ -59,6 +101,11 @@ bool TableDictionary::setDictionaryValue(QString name, int value)
     return setDictionaryValue(name, QString::number(value, 10));
 }
 
+bool TableDictionary::restoreTableDefaults()
+{
+    return genericRestoreTable(tableName());
+}
+
 QString TableDictionary::getDictionaryValue(QString name, QString defaultValue)
 {
     const QVariantList values = genericGetColumnList(
@@ -82,4 +129,23 @@ bool TableDictionary::getDictionaryValue(QString name, bool defaultValue)
 int TableDictionary::getDictionaryValue(QString name, int defaultValue)
 {
     return getDictionaryValue(name, QString::number(defaultValue, 10)).toInt(nullptr, 10);
+}
+
+bool TableDictionary::initializeTable()
+{
+    if (!genericTableExists(tableName()))
+        return genericRestoreTable(tableName());
+    for (const Setting& setting : defaultSettings)
+        addIfMissing(QString::fromLatin1(setting.name), QString::fromLatin1(setting.value));
+    return true;
+}
+
+void TableDictionary::addIfMissing(const QString& name, const QString& value)
+{
+    const QString count = QStringLiteral("SELECT count(*) value FROM dictionary WHERE name='%1'");
+    if (genericGetColumn(count.arg(name)).toInt() != 0)
+        return;
+    qDebug() << name << "was missing from database, attempting to add during initialization";
+    genericQuery(
+        QStringLiteral("INSERT INTO dictionary VALUES(null, '%1', '%2')").arg(name, value));
 }

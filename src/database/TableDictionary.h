@@ -22,10 +22,20 @@ public:
     Q_INVOKABLE bool setDictionaryValue(QString name, bool value);
     Q_INVOKABLE bool setDictionaryValue(QString name, int value);
 
+    // Replaces the table by the defaults'; false when it could not be made.
+    Q_INVOKABLE bool restoreTableDefaults();
+
     // The value of a name. When the name is not there, stores the default and gives it. A boolean
     // is true for the text "true" in any letter case; an integer is 0 for a text that is none.
     Q_INVOKABLE QString getDictionaryValue(QString name, QString defaultValue);
     Q_INVOKABLE QString getDictionaryValue(QString name, const char* defaultValue);
     Q_INVOKABLE bool getDictionaryValue(QString name, bool defaultValue);
     Q_INVOKABLE int getDictionaryValue(QString name, int defaultValue);
+
+    // Makes the table from the defaults database when it is missing; otherwise adds the settings
+    // that it lacks, with built-in values, and changes no other. Whether the table is there.
+    bool initializeTable();
+
+private:
+    void addIfMissing(const QString& name, const QString& value);
 };

@@ -66,3 +66,13 @@ bool TableMessages::cleanEntries(const int& count)
     genericQuery(QStringLiteral("vacuum"));
     return deleted;
 }
+
+bool TableMessages::initializeTable()
+{
+    return genericTableExists(tableName()) || restoreTableDefaults();
+}
+
+bool TableMessages::restoreTableDefaults()
+{
+    return genericRestoreTable(tableName());
+}

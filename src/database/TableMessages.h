@@ -28,4 +28,9 @@ public:
     int getNumberOfEntries();
     // Deletes the count oldest rows and gives their space back; whether the deletion succeeded.
     bool cleanEntries(const int& count);
+
+    // Makes the table from the defaults when it is missing; whether it is there afterwards.
+    bool initializeTable();
+    // Replaces the table by the defaults'; its rows are lost.
+    Q_INVOKABLE bool restoreTableDefaults();
 };

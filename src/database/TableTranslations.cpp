@@ -1,5 +1,6 @@
 #include "database/TableTranslations.h"
 
+#include "database/SystemMessage.h"
 #include "database/TableDictionary.h"
 
 #include <QDebug>
@@ -66,4 +67,39 @@ void TableTranslations::markUsed(const QString& key)
     if (!genericQuery(
             QStringLiteral("UPDATE %1 SET used='1' WHERE key='%2'").arg(tableName(), key)))
         qDebug() << "translations failed to set 'used'";
+}
+
+bool TableTranslations::restoreTableDefaults()
+{
+    return genericRestoreTable(tableName());
+}
+
+bool TableTranslations::initializeTable()
+{
+    const MaintenanceConnection connection(*this);
+    if (!genericTableExists(tableName())) {
+        qDebug() << "the translation table did not exist";
+        return restoreTableDefaults();
+    }
+    const QString version = versionIn(QString());
+    if (!attachDefaults()) {
+        qDebug() << "unable to attach default database";
+        qDebug() << attachStatement();
+        return false;
+    }
+    const QString defaultsVersion = versionIn(QStringLiteral("defaults."));
+    detachDefaults();
+    if (version == defaultsVersion)
+        return true;
+    qDebug() << "the translation version didn't match default database";
+    SystemMessage::post(SystemMessage::Type::Warning,
+                        QStringLiteral("Database translation version mismatch"));
+    return restoreTableDefaults();
+}
+
+QString TableTranslations::versionIn(const QString& schema)
+{
+    return genericGetColumn(QStringLiteral("SELECT english FROM %1 WHERE key='_tableVersion'")
+                                .arg(schema + tableName()))
+        .toString();
 }

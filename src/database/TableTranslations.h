@@ -28,12 +28,19 @@ public:
     // called after the setting is stored.
     Q_INVOKABLE void languageUpdate();
 
+    // Replaces the table by the defaults'; false when it could not be made.
+    Q_INVOKABLE bool restoreTableDefaults();
+    // Restores the table when it is missing or its version is not the defaults'. False when the
+    // defaults cannot be read; the table is then left as it is.
+    bool initializeTable();
+
     QString languageBinder() const { return {}; }
 
 signals:
     void languageChanged();
 
 private:
+    QString versionIn(const QString& schema);
     void addKey(const QString& key);
     void markUsed(const QString& key);
 
