@@ -175,7 +175,8 @@ private slots:
                                     << "UNIQUE constraint failed: t.v";
         QTest::newRow("two statements") << "SELECT 1; SELECT 2"
                                         << "";
-        QTest::newRow("no statement") << "-- nothing" << "";
+        QTest::newRow("no statement") << "-- nothing"
+                                      << "";
     }
 
     void errorsCarryTheEnginesOwnText()

@@ -1,0 +1,203 @@
+#include "Dispenser.h"
+#include "ExternalLock.h"
+#include "LogCapture.h"
+
+#include "database/DatabaseBase.h"
+#include "database/TableDictionary.h"
+#include "database/TableMessages.h"
+#include "database/TableTranslations.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+// Tables kept in line with the defaults database, made here as another program makes it.
+class TestMaintenance : public QObject
+{
+    Q_OBJECT
+
+private:
+    static void makeDefaults(const QString& sql)
+    {
+        QFile::remove(Dispenser::defaultsDatabase);
+        Dispenser::sql(sql, Dispenser::defaultsDatabase);
+    }
+
+    static QString defaultsTable()
+    {
+        return "CREATE TABLE t (id INTEGER PRIMARY KEY, name TEXT, used INTEGER);"
+               "INSERT INTO t VALUES (1, 'default', 0), (2, 'other', 1);";
+    }
+
+    static QString rows() { return Dispenser::sql("SELECT * FROM t").join(' '); }
+
+private slots:
+    void initTestCase()
+    {
+        const QString copy = Dispenser::defaultsDatabase + ".original";
+        QVERIFY(QFile::copy(Dispenser::defaultsDatabase, copy));
+    }
+
+    void init()
+    {
+        Dispenser::sql("DROP TABLE IF EXISTS t");
+        makeDefaults(defaultsTable());
+    }
+
+    void aTableIsAlignedWithTheDefaults_data()
+    {
+        QTest::addColumn<QString>("current");
+        QTest::addColumn<QString>("after");
+
+        const QString restored = "1|default|0 2|other|1";
+        QTest::newRow("missing") << "" << restored;
+        QTest::newRow("equal") << "CREATE TABLE t (id INTEGER PRIMARY KEY , name TEXT,used INTEGER)"
+                               << "7|mine|1";
+        QTest::newRow("column missing") << "CREATE TABLE t (id INTEGER PRIMARY KEY, name TEXT)"
+                                        << "7|mine|";
+        QTest::newRow("two columns missing") << "CREATE TABLE t (id INTEGER PRIMARY KEY)"
+                                             << "7||";
+        QTest::newRow("other type")
+            << "CREATE TABLE t (id INTEGER PRIMARY KEY, name VARCHAR, used INTEGER)" << restored;
+        QTest::newRow("extra column")
+            << "CREATE TABLE t (id INTEGER PRIMARY KEY, name TEXT, used INTEGER, more)" << restored;
+        QTest::newRow("missing and other")
+            << "CREATE TABLE t (id INTEGER PRIMARY KEY, name VARCHAR)" << restored;
+        QTest::newRow("lower case")
+            << "create table t (id integer primary key, name text, used integer)" << restored;
+        QTest::newRow("quoted names, a default with comma and parenthesis")
+            << "CREATE TABLE \"t\" (\"id\" INTEGER, name TEXT DEFAULT 'a,(b)', used INTEGER)"
+            << restored;
+    }
+
+    void aTableIsAlignedWithTheDefaults()
+    {
+        QFETCH(QString, current);
+        Dispenser::sql(current);
+        if (current.contains("used"))
+            Dispenser::sql("INSERT INTO t (id, name, used) VALUES (7, 'mine', 1)");
+        else if (current.contains("name"))
+            Dispenser::sql("INSERT INTO t (id, name) VALUES (7, 'mine')");
+        else if (!current.isEmpty())
+            Dispenser::sql("INSERT INTO t (id) VALUES (7)");
+        DatabaseBase database;
+        const LogCapture log;
+        QVERIFY(database.genericUpdateTable("t"));
+        QTEST(rows(), "after");
+        QVERIFY2(log.lines().filter("failed").isEmpty(), qPrintable(log.lines().join('\n')));
+        QVERIFY(!Dispenser::isOpenHere(Dispenser::sharedDatabase));
+        QVERIFY(!Dispenser::isOpenHere(Dispenser::defaultsDatabase));
+    }
+
+    void aRestoreTellsItsSteps()
+    {
+        DatabaseBase database;
+        const LogCapture log;
+        QVERIFY(database.genericRestoreTable("t"));
+        QCOMPARE(log.lines(),
+                 QStringList({
+                     "RESTORING TABLE  \"t\"  FROM DEFAULT",
+                     "DROPPING TABLE  \"t\"",
+                     "s \"select sql from defaults.sqlite_master where name='t'\"",
+                     "query:  \"CREATE TABLE t (id INTEGER PRIMARY KEY, name TEXT, used INTEGER)\"",
+                     "\"result: 1\"",
+                     "restore complete",
+                 }));
+    }
+
+    void whatCannotBeRestoredIsNotDropped_data()
+    {
+        QTest::addColumn<QString>("defaults");
+        QTest::newRow("missing") << "missing";
+        QTest::newRow("empty") << "empty";
+        QTest::newRow("not a database") << "garbage";
+        QTest::newRow("another key") << "key";
+        QTest::newRow("without the table") << "table";
+    }
+
+    void whatCannotBeRestoredIsNotDropped()
+    {
+        QFETCH(QString, defaults);
+        const QString file = Dispenser::defaultsDatabase;
+        QFile::remove(file);
+        if (defaults == "empty")
+            Dispenser::writeFile(file, "");
+        else if (defaults == "garbage")
+            Dispenser::writeFile(file, QByteArray(4096, 'x'));
+        else if (defaults == "key")
+            Dispenser::sql("PRAGMA rekey='other'", (makeDefaults(defaultsTable()), file));
+        else if (defaults == "table")
+            makeDefaults("CREATE TABLE other (id)");
+        Dispenser::sql("CREATE TABLE t (id); INSERT INTO t VALUES (7)");
+        DatabaseBase database;
+        const LogCapture log;
+        QVERIFY(!database.genericRestoreTable("t"));
+        QCOMPARE(log.count("unable to attach default database"),
+                 defaults == "table" || defaults == "empty" ? 0 : 1);
+        QVERIFY(!database.genericUpdateTable("t"));
+        QCOMPARE(rows(), QString("7"));
+        QCOMPARE(QFile::exists(file), defaults != "missing");
+        QVERIFY(!TableTranslations().initializeTable());
+    }
+
+    void defaultsWithoutRowsGiveAnEmptyTable()
+    {
+        makeDefaults("CREATE TABLE t (id)");
+        Dispenser::sql("CREATE TABLE t (id); INSERT INTO t VALUES (7)");
+        QVERIFY(DatabaseBase().genericRestoreTable("t"));
+        QCOMPARE(Dispenser::sql("SELECT count(*) FROM t"), QStringList("0"));
+    }
+
+    void aRestoreWaitsForALock()
+    {
+        ExternalLock lock(Dispenser::sharedDatabase, 2);
+        const LogCapture log;
+        QVERIFY(DatabaseBase().genericRestoreTable("t"));
+        QVERIFY(log.count("SQLERROR") > 0);
+        lock.release();
+        QCOMPARE(rows(), QString("1|default|0 2|other|1"));
+    }
+
+    void columnsAndTablesAreFoundByName()
+    {
+        DatabaseBase database;
+        QVERIFY(!database.genericTableExists("t"));
+        QVERIFY(database.genericRestoreTable("t"));
+        QVERIFY(database.genericTableExists("t"));
+        QVERIFY(Dispenser::isOpenHere(Dispenser::sharedDatabase));
+        QVERIFY(database.genericColumnExists("t", "used"));
+        QVERIFY(!database.genericColumnExists("t", "Used"));
+        QCOMPARE(Dispenser::sql("SELECT type, msg FROM systemMessages ORDER BY id DESC LIMIT 1"),
+                 QStringList("Warning|Database column does not exist- [Used]"));
+        QVERIFY(database.genericDropTable("t"));
+        QVERIFY(database.genericDropTable("t"));
+        QVERIFY(!database.genericTableExists("t"));
+    }
+
+    void theTablesComeBackFromTheDefaults()
+    {
+        QFile::remove(Dispenser::defaultsDatabase);
+        QVERIFY(
+            QFile::copy(Dispenser::defaultsDatabase + ".original", Dispenser::defaultsDatabase));
+        Dispenser::sql("DROP TABLE dictionary; DROP TABLE systemMessages;"
+                       "UPDATE translations SET english='0' WHERE key='_tableVersion'");
+        const LogCapture log;
+        QVERIFY(TableDictionary().initializeTable());
+        QVERIFY(TableMessages().initializeTable());
+        TableTranslations translations;
+        QVERIFY(translations.initializeTable());
+        QCOMPARE(log.count("the translation version didn't match default database"), 1);
+        QVERIFY(translations.initializeTable());
+        QCOMPARE(log.count("RESTORING TABLE"), 3);
+        for (const QString table : {"dictionary", "translations"}) {
+            const QString count = "SELECT count(*) > 20, count(*) FROM " + table;
+            const QStringList counts = Dispenser::sql(count);
+            QVERIFY(counts.first().startsWith("1|"));
+            QCOMPARE(counts, Dispenser::sql(count, Dispenser::defaultsDatabase));
+        }
+        QCOMPARE(Dispenser::sql("SELECT msg FROM systemMessages"),
+                 QStringList("Database translation version mismatch"));
+    }
+};
+
+DISPENSER_TEST_MAIN(TestMaintenance, QCoreApplication)
+#include "tst_maintenance.moc"

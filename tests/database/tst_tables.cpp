@@ -1,0 +1,194 @@
+#include "Dispenser.h"
+#include "LogCapture.h"
+
+#include "database/SystemMessage.h"
+#include "database/TableDictionary.h"
+#include "database/TableMessages.h"
+#include "database/TableTranslations.h"
+
+#include <QCoreApplication>
+#include <QSignalSpy>
+
+// The three tables, with the rows that reach the database read by another program.
+class TestTables : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void settingsAreStoredAndReadByType()
+    {
+        TableDictionary dictionary;
+        QVERIFY(dictionary.setDictionaryValue("aNumber", 3));
+        QVERIFY(dictionary.setDictionaryValue("aFlag", true));
+        QVERIFY(dictionary.setDictionaryValue("aText", "value of '%1' is not it") == false);
+        QVERIFY(dictionary.setDictionaryValue("aText", QString("%1 %2\nline \u00e9")));
+        QCOMPARE(dictionary.getDictionaryValue("aNumber", 2), 3);
+        QCOMPARE(dictionary.getDictionaryValue("aFlag", false), true);
+        QCOMPARE(dictionary.getDictionaryValue("aText"), QString("%1 %2\nline \u00e9"));
+        QCOMPARE(dictionary.getDictionaryValue("not there"), QString());
+        QCOMPARE(Dispenser::sql("SELECT value FROM dictionary WHERE name IN ('aNumber','aFlag')"),
+                 QStringList({"3", "true"}));
+
+        for (const QString truth : {"true", "TRUE", "True", "1"}) {
+            dictionary.setDictionaryValue("aFlag", truth);
+            QCOMPARE(dictionary.getDictionaryValue("aFlag", false), truth != "1");
+        }
+    }
+
+    void aReadWithADefaultStoresIt()
+    {
+        TableDictionary dictionary;
+        QCOMPARE(dictionary.getDictionaryValue("newName", "abc"), QString("abc"));
+        QCOMPARE(dictionary.getDictionaryValue("newNumber", 7), 7);
+        QCOMPARE(dictionary.getDictionaryValue("newFlag", true), true);
+        QCOMPARE(Dispenser::sql("SELECT name, value FROM dictionary WHERE name LIKE 'new%'"),
+                 QStringList({"newName|abc", "newNumber|7", "newFlag|true"}));
+    }
+
+    void aNameThatStandsTwiceIsUpdatedInBothRows()
+    {
+        Dispenser::sql("INSERT INTO dictionary VALUES (null,'twice','a'), (null,'twice','b')");
+        QVERIFY(TableDictionary().setDictionaryValue("twice", "c"));
+        QCOMPARE(Dispenser::sql("SELECT value FROM dictionary WHERE name='twice'"),
+                 QStringList({"c", "c"}));
+    }
+
+    void aSettingThatIsMissingIsAddedAndNoOtherTouched()
+    {
+        Dispenser::sql("DELETE FROM dictionary WHERE name IN ('wifiKey','rebootHour');"
+                       "UPDATE dictionary SET value='mine' WHERE name='SSID'");
+        const LogCapture log;
+        QVERIFY(TableDictionary().initializeTable());
+        QVERIFY(log.has("\"wifiKey\" was missing from database, attempting to add during "
+                        "initialization"));
+        QCOMPARE(log.count("was missing"), 2);
+        QCOMPARE(Dispenser::sql("SELECT name, value FROM dictionary WHERE name IN "
+                                "('wifiKey','rebootHour','SSID') ORDER BY name"),
+                 QStringList({"SSID|mine", "rebootHour|2", "wifiKey|KEY"}));
+    }
+
+    void lookUpOfAnUnknownKeyAddsItOnce_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::newRow("plain") << "Foo";
+        QTest::newRow("placeholder") << "%1 of %2";
+        QTest::newRow("line break") << "two\nlines";
+        QTest::newRow("beyond the BMP") << QString::fromUtf8("caf\u00e9 \U0001F964");
+    }
+
+    void lookUpOfAnUnknownKeyAddsItOnce()
+    {
+        QFETCH(QString, key);
+        TableDictionary().setDictionaryValue("language", "french");
+        TableTranslations translations;
+        const LogCapture log;
+        QCOMPARE(translations.lookUp(key), key);
+        QCOMPARE(log.count("was added automatically"), 1);
+        QCOMPARE(translations.lookUp(key), "(F)" + key);
+        QCOMPARE(log.lines().size(), 1);
+        const QString row = Dispenser::sql("SELECT english, french, german, spanish, used FROM "
+                                           "translations WHERE key='"
+                                           + key + "'")
+                                .join('\n');
+        QCOMPARE(row, QStringLiteral("%1|(F)%1|(G)%1|(S)%1|1").replace("%1", key));
+    }
+
+    void textsFollowTheLanguageAndAreMarkedAsUsed()
+    {
+        Dispenser::sql("INSERT INTO translations VALUES (NULL,'k','E','F','G','',0)");
+        TableDictionary().setDictionaryValue("language", "german");
+        TableTranslations translations;
+        QSignalSpy changes(&translations, &TableTranslations::languageChanged);
+        const LogCapture log;
+        QCOMPARE(translations.lookUp("k"), QString("G"));
+        QVERIFY(log.has("setting used for:  \"k\""));
+        QCOMPARE(translations.lookUp("k"), QString("G"));
+        QCOMPARE(log.count("setting used for"), 1);
+        QCOMPARE(Dispenser::sql("SELECT used FROM translations WHERE key='k'"), QStringList("1"));
+
+        TableDictionary().setDictionaryValue("language", "spanish");
+        QCOMPARE(translations.lookUp("k"), QString("G"));
+        translations.languageUpdate();
+        translations.languageUpdate();
+        QCOMPARE(changes.count(), 2);
+        QCOMPARE(translations.lookUp("k"), QString("k")); // never an empty text
+        QCOMPARE(translations.property("languageBinder"), QVariant(""));
+    }
+
+    void keysThatCannotBeReadShowThemselves()
+    {
+        TableDictionary().setDictionaryValue("language", "english");
+        TableTranslations translations;
+        const LogCapture log;
+        QCOMPARE(translations.lookUp("it's"), QString("it's"));
+        TableDictionary().setDictionaryValue("language", "klingon");
+        translations.languageUpdate();
+        QCOMPARE(translations.lookUp("Yes"), QString("Yes"));
+        QCOMPARE(translations.lookUp(""), QString(""));
+        TableDictionary().setDictionaryValue("language", "english");
+    }
+
+    void theClosingKeyLetsGoOfTheFile()
+    {
+        TableTranslations translations;
+        translations.lookUp("Yes");
+        QVERIFY(Dispenser::isOpenHere(Dispenser::sharedDatabase));
+        QCOMPARE(translations.lookUp("KeyCloseDatabase"), QString("KeyCloseDatabase"));
+        QVERIFY(!Dispenser::isOpenHere(Dispenser::sharedDatabase));
+    }
+
+    void aMessageIsWrittenOnceAMinute()
+    {
+        using namespace SystemMessage;
+        QCoreApplication::setApplicationName("SoftwareUpdater");
+        TableMessages().clearSystemMessages();
+        const QDateTime now = QDateTime::currentDateTime();
+        const auto log = [&](Type type, const QString& text, int age) {
+            return Status::log({Service::IoT, type, text, now.addSecs(-age)});
+        };
+        QVERIFY(log(Type::Error, "a", 59));
+        QVERIFY(!log(Type::Error, "a", 0)); // and does not prolong the wait
+        QVERIFY(log(Type::Warning, "a", 0));
+        QVERIFY(log(Type::Error, "b", 60));
+        QVERIFY(log(Type::Error, "b", 0)); // exactly a minute old no longer blocks
+        QVERIFY(Status::log({static_cast<Service>(9), static_cast<Type>(9), "%1", now}));
+        QVERIFY(post(Type::Message, "posted"));
+        QVERIFY(!post(Type::Message, "posted"));
+        QCOMPARE(Dispenser::sql("SELECT name, type, msg FROM systemMessages ORDER BY id"),
+                 QStringList({"IoT|Error|a", "IoT|Warning|a", "IoT|Error|b", "IoT|Error|b",
+                              "Type::Unknown|Type::Unknown|%1", "SoftwareUpdater|Message|posted"}));
+        for (int number = 1; number <= 6; ++number) {
+            const auto service = static_cast<Service>(number);
+            QCOMPARE(Message::serviceStringToEnum(toText(service)), service);
+        }
+        QCOMPARE(Message::serviceStringToEnum("mainui"), Service::Unknown);
+    }
+
+    void messagesAreReadByPageAndTrimmedFromTheOldest()
+    {
+        TableMessages messages;
+        messages.clearSystemMessages();
+        Dispenser::sql("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n LIMIT 250)"
+                       " INSERT INTO systemMessages (name, type, date, msg) SELECT"
+                       " CASE i%2 WHEN 0 THEN 'IoT' ELSE 'MainUI' END,"
+                       " CASE i%3 WHEN 0 THEN 'Error' ELSE 'Message' END, 'd', i FROM n");
+        const auto page = [&](const QString& type, const QString& name) {
+            QStringList texts;
+            const auto rows = messages.getSystemMessages(2, 1, type, name, "id", "DESC").toList();
+            for (const QVariant& row : rows)
+                texts.append(row.toList().at(3).toString());
+            return texts;
+        };
+        QCOMPARE(page("All", "All"), QStringList({"249", "248"}));
+        QCOMPARE(page("Error", "All"), QStringList({"246", "243"}));
+        QCOMPARE(page("All", "MainUI"), QStringList({"247", "245"}));
+        QCOMPARE(page("Error", "IoT"), QStringList({"240", "234"}));
+        QVERIFY(messages.cleanEntries(100));
+        QCOMPARE(messages.getNumberOfEntries(), 150);
+        QCOMPARE(Dispenser::sql("SELECT min(0+msg) FROM systemMessages"), QStringList("101"));
+        QVERIFY(!TableMessages::insertSystemMessage("a", "b", "it's"));
+    }
+};
+
+DISPENSER_TEST_MAIN(TestTables, QCoreApplication)
+#include "tst_tables.moc"

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QMutex>
+#include <QRegularExpression>
+#include <QStringList>
+
+// Takes the process's log lines, of any thread, from its making to the end of its scope.
+class LogCapture
+{
+public:
+    LogCapture() : m_previous(qInstallMessageHandler(take))
+    {
+        const QMutexLocker locker(&mutex());
+        taken().clear();
+    }
+    ~LogCapture() { qInstallMessageHandler(m_previous); }
+    Q_DISABLE_COPY_MOVE(LogCapture)
+
+    QStringList lines() const
+    {
+        const QMutexLocker locker(&mutex());
+        return taken();
+    }
+    bool has(const QString& line) const { return lines().contains(line); }
+    int count(const QString& part) const { return lines().filter(part).size(); }
+
+private:
+    static QStringList& taken()
+    {
+        static QStringList lines;
+        return lines;
+    }
+    static QMutex& mutex()
+    {
+        static QMutex it;
+        return it;
+    }
+    static void take(QtMsgType, const QMessageLogContext&, const QString& message)
+    {
+        const QMutexLocker locker(&mutex());
+        taken().append(message);
+    }
+
+    QtMessageHandler m_previous;
+};
