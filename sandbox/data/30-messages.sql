@@ -1,0 +1,1 @@
+CREATE TABLE systemMessages(id INTEGER PRIMARY KEY, name TEXT, type TEXT, date TEXT, msg TEXT);
