@@ -16,9 +16,13 @@ const QString simulationFolder = QStringLiteral("/opt/Merivon/Simulation/");
 const QString recordFile = simulationFolder + QStringLiteral("record");
 const QString faultsFile = simulationFolder + QStringLiteral("faults");
 
+// An empty line is a row of its own: an empty value.
 QStringList linesOf(const QByteArray& text)
 {
-    return QString::fromUtf8(text).split('\n', Qt::SkipEmptyParts);
+    QStringList lines = QString::fromUtf8(text).split('\n');
+    if (lines.constLast().isEmpty())
+        lines.removeLast();
+    return lines;
 }
 } // namespace
 
@@ -40,7 +44,9 @@ QStringList sql(const QString& statements, const QString& database)
     program.write((key + statements + QStringLiteral("\n;\n")).toUtf8());
     program.closeWriteChannel();
     program.waitForFinished(-1);
-    const QByteArray errors = program.readAllStandardError();
+    const QByteArray errors = program.error() == QProcess::FailedToStart
+        ? program.errorString().toUtf8()
+        : program.readAllStandardError();
     if (!errors.isEmpty())
         QTest::qFail(errors.constData(), __FILE__, __LINE__);
     return linesOf(program.readAllStandardOutput());
