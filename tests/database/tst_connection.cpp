@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSqlDatabase>
+#include <QThread>
 
 #include <thread>
 

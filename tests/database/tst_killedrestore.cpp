@@ -65,7 +65,7 @@ private slots:
             QProcess worker;
             worker.start(QCoreApplication::applicationFilePath(), {"--work"});
             QVERIFY(worker.waitForReadyRead());
-            QTest::qSleep(QRandomGenerator::global()->bounded(30));
+            QTest::qSleep(QRandomGenerator::global()->bounded(1, 30));
             worker.kill();
             QVERIFY(worker.waitForFinished());
 

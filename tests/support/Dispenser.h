@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QTest>
 
 // The simulated dispenser as a test sees it from inside `sandbox/enter`: its databases through the
 // `sqlcipher` program, the record of its control command, and the faults it can be told to have.

@@ -4,6 +4,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <cstdio>
+
 // Takes the process's log lines, of any thread, from its making to the end of its scope.
 class LogCapture
 {
@@ -35,8 +37,10 @@ private:
         static QMutex it;
         return it;
     }
-    static void take(QtMsgType, const QMessageLogContext&, const QString& message)
+    static void take(QtMsgType type, const QMessageLogContext&, const QString& message)
     {
+        if (type == QtFatalMsg)
+            std::fputs(qPrintable(message + '\n'), stderr);
         const QMutexLocker locker(&mutex());
         taken().append(message);
     }
