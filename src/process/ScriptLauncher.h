@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <QVariant>
+
+class QProcess;
+
+// The one place where the updater starts other programs: the platform's scripts, its control
+// command and plain shell command lines.
+//
+// Programs are started with an argument list, without a shell (but for executeSystemCommand). Only
+// standard output is ever read; it is UTF-8, and text ends at its first NUL. Every operation blocks
+// its caller; a launcher belongs to one thread. A relative name is looked for in the platform's
+// scripts folder where "script name" is said. The system message of a failed start has type Error.
+class ScriptLauncher : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ScriptLauncher(QObject* parent = nullptr);
+
+    // Runs a script (script name) and gives its output less the last character, usually the line
+    // end. Waits 30 s for the start and without limit for the output, and pumps no events. When it
+    // does not start: "there was an error starting script.", a log line and a system message.
+    Q_INVOKABLE QString launchScript(const QString& program, const QStringList& argList = {});
+
+    // Runs a program (script name) to its end, pumping events, and gives its output less the last
+    // byte. There is no limit and no failure: when it cannot be started, this does not return.
+    Q_INVOKABLE QString launchProgram(const QString& command, const QStringList& args = {});
+
+    // launchProgram after about `sec` seconds, with events pumped. A negative `sec` waits for days.
+    Q_INVOKABLE QString launchProgramWithDelay(const QString& command, const QStringList& arg = {},
+                                               int sec = 2);
+
+    // Starts a program so that it outlives the updater, by the platform's helper script. A relative
+    // name is taken from the current folder. Pumps no events; waits 30 s each for the helper's
+    // start, its end and its output, and drops the output. A helper that does not start shows in
+    // the log and as a system message, one that does not end in the log.
+    Q_INVOKABLE void launchDetachedProcess(const QString& command, QStringList argList = {});
+
+    // Runs a script, found as a process finds it, that tells its progress a line at a time, each
+    // handed on by loadCompleted. Starts after 2 s, rests 1 s after each line and pumps events.
+    // "1" when the exit code is 1, "0" for any other code and for a script that did not start,
+    // which also shows in the log and as a system message.
+    Q_INVOKABLE QString runScript(const QString& command, const QStringList& args);
+
+    // Runs a program, found as a process finds it, and says whether it started within 30 s and
+    // ended, in whatever way, within another 30 s; it is killed when it did not. Pumps no events.
+    // Either failure shows in the log, a failed start also as a system message.
+    Q_INVOKABLE bool systemCommand(const QString& command, const QStringList& argList);
+
+    // Hands a command line to the shell, waits for it without pumping events and gives the wait
+    // status that system(3) gives: not an exit code.
+    Q_INVOKABLE int executeSystemCommand(const QString& command);
+
+    // Pauses about `sec` seconds in rounds of 10 ms with events pumped; one round at least.
+    Q_INVOKABLE void sleep(int sec);
+
+signals:
+    // Progress of runScript. While it runs: value is the per cent done, as an integer, and status
+    // the script's line as bytes, line end included. Last: 100 and "Success..." or "Error...".
+    void loadCompleted(QVariant value, QVariant status);
+
+private:
+    struct Progress
+    {
+        int percent = 5;
+        QByteArray line;
+    };
+
+    // Tells of a script's output until the script has ended; gives what was told last. `arrivals`
+    // counts up each time output comes in.
+    Progress reportProgress(QProcess& process, int& arrivals);
+
+    QProcess* m_scriptProcess; // launchScript's, used again for every script
+};
