@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+// Runs a program on a thread of its own, so that the scene stays responsive while a long job runs.
+// Several jobs may run at once, also of one object. An object that is destroyed while its jobs run
+// hears no more of them; the jobs themselves go on.
+class LaunchAsync : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LaunchAsync(QObject* parent = nullptr);
+    ~LaunchAsync() override;
+
+    // Emits beginLaunch, starts a job and returns at once. `command` is an absolute path or a name
+    // in the platform's scripts folder. A program that cannot be started keeps its thread for good
+    // and is never told of.
+    Q_INVOKABLE void launch(const QString& command, const QStringList& args = {}) const;
+
+    // Whether any job of this process still runs. Its thread cannot be stopped, so a process that
+    // ends then must not run its static destructors. Any thread.
+    static bool hasRunningJobs();
+
+signals:
+    // Emitted by launch itself, on the caller's thread.
+    void beginLaunch() const;
+
+    // Emitted on the job's thread when the program has ended: its standard output less the last
+    // byte. A text with "Error" in it when no thread could be had; then by launch itself.
+    void endLaunch(const QString& result) const;
+};
