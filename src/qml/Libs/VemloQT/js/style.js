@@ -1,0 +1,3 @@
+.pragma library
+
+var BUTTON_RADIUS = 5;

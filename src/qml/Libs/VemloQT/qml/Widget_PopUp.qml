@@ -1,0 +1,148 @@
+import QtQuick 2.15
+
+// Shows one message at a time: a bar near the bottom, or the whole screen, which then takes no
+// touches until the message goes.
+Rectangle {
+    id: popUp
+
+    property int duration: 750 // of a fade, in milliseconds
+    property bool fullscreen: false
+    property bool used: false
+    readonly property int fullscreenWidth: parent.width - 10
+    readonly property int fullscreenHeight: parent.height - 10
+
+    // Shows `msg`, for 2 seconds unless `duration` says how many milliseconds; 0 is until
+    // hideMessage(). `loadingAnimation` is for work that must not be interrupted: it adds the busy
+    // bar and takes the close square away.
+    function showMessage(msg, duration, fullscreen, loadingAnimation) {
+        popUp.duration = 1000;
+        // No screen holds more, and a command can print megabytes.
+        messageText.text = String(msg).slice(0, 4000);
+        visible = true;
+        opacity = 1;
+        place(Boolean(fullscreen));
+        hideAfter(duration === undefined ? 2000 : duration);
+        busyBar.visible = Boolean(loadingAnimation);
+        closeSquare.visible = popUp.fullscreen && !busyBar.visible;
+    }
+
+    function hideMessage() {
+        hideTimer.stop();
+        opacity = 0;
+        clickBlocker.enabled = false;
+        busyBar.visible = false;
+    }
+
+    // A bar releases the touches that an earlier full-screen message holds: nobody else would.
+    function place(wholeScreen) {
+        used = true;
+        fullscreen = wholeScreen;
+        clickBlocker.enabled = wholeScreen;
+        if (wholeScreen) {
+            // Kept: later bars wear the blue border, too.
+            border.color = "blue";
+            border.width = 4;
+        }
+    }
+
+    // A timer that still runs for an earlier message must not take down one that is to stay.
+    function hideAfter(milliseconds) {
+        hideTimer.stop();
+        hideTimer.interval = milliseconds;
+        if (milliseconds !== 0)
+            hideTimer.start();
+    }
+
+    anchors.horizontalCenter: parent.horizontalCenter
+    y: fullscreen ? (parent.height - height) / 2 : parent.height - 40 - height
+    width: fullscreenWidth
+    height: !used ? 0 : fullscreen ? fullscreenHeight : messageText.height + 20
+    radius: 10
+    color: "#DD000000"
+    border.width: 2
+    border.color: "#5500aeef"
+    opacity: 0
+    visible: false
+    // Faded out, the close square must not take touches any more.
+    onOpacityChanged: if (opacity === 0) visible = false
+
+    Behavior on opacity {
+        NumberAnimation { duration: popUp.duration; easing.type: Easing.InOutQuart }
+    }
+
+    Timer {
+        id: hideTimer
+        interval: 2500
+        onTriggered: popUp.hideMessage()
+    }
+
+    MouseArea {
+        id: clickBlocker
+        anchors.centerIn: parent
+        width: 1920
+        height: 1080
+        enabled: false
+    }
+
+    Rectangle {
+        anchors.centerIn: messageText
+        width: messageText.width + 10
+        height: messageText.height + 10
+        radius: 10
+        color: "black"
+    }
+
+    Text {
+        id: messageText
+        anchors.centerIn: parent
+        width: Math.min(implicitWidth, popUp.width - 60)
+        textFormat: Text.PlainText
+        color: "white"
+        font.pointSize: 14
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        maximumLineCount: Math.max(1, Math.floor((popUp.parent.height - 140) / metrics.lineSpacing))
+        elide: Text.ElideRight
+
+        FontMetrics {
+            id: metrics
+            font: messageText.font
+        }
+    }
+
+    BusyBar {
+        id: busyBar
+        anchors.top: messageText.bottom
+        anchors.topMargin: 20
+        anchors.horizontalCenter: parent.horizontalCenter
+        visible: false
+    }
+
+    Rectangle {
+        id: closeSquare
+        anchors.top: parent.top
+        anchors.right: parent.right
+        anchors.margins: 10
+        width: 30
+        height: 30
+        radius: 5
+        color: "red"
+        opacity: 0.62
+        visible: false
+
+        Text {
+            anchors.centerIn: parent
+            color: "white"
+            font.pixelSize: 18
+            text: "X"
+        }
+
+        MouseArea {
+            anchors.fill: parent
+            onClicked: {
+                popUp.duration = 100;
+                popUp.hideMessage();
+            }
+        }
+    }
+}

@@ -1,0 +1,38 @@
+import QtQuick 2.15
+import "../../Libs/VemloQT/qml"
+import "../../ServiceUI/qml"
+import "../../ServiceUI/qml/javascript/style.js" as STYLES
+
+// The first screen: where to go, or back to the platform.
+Widget_MenuPage {
+    function restart() {
+        if (DEV_MODE) {
+            console.log("DEV MODE - restart skipped");
+            return;
+        }
+        // The updater ends half a second later; a second touch must not start the platform twice.
+        restartButton.setStateDisabled();
+        mainWindow.startMerivon();
+    }
+
+    Row {
+        anchors.centerIn: parent
+        spacing: STYLES.MENU_PADDING
+
+        Widget_Vemlo_Button {
+            actionButton: true
+            btnText: vemTranslations.lookUp("Update Software") + vemTranslations.languageBinder
+            onButtonClicked: showUpdatePanel()
+        }
+    }
+
+    Widget_Vemlo_Button {
+        id: restartButton
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: STYLES.MENU_PADDING
+        actionButton: true
+        btnText: vemTranslations.lookUp("Restart Merivon") + vemTranslations.languageBinder
+        onButtonClicked: restart()
+    }
+}

@@ -1,0 +1,43 @@
+import QtQuick 2.15
+import "../../ServiceUI/qml/javascript/style.js" as STYLES
+
+// The box in the middle with the three panels, of which one is shown. The panels call the switching
+// functions by name.
+Rectangle {
+    id: mainPanel
+
+    property string pageTitle: vemTranslations.lookUp("Software Updater")
+                               + vemTranslations.languageBinder
+
+    function showChoicePanel() {
+        showOnly(choicePanel);
+        pageTitleLabel.text = Qt.binding(function() { return mainPanel.pageTitle; });
+    }
+
+    function showUpdatePanel() {
+        showOnly(updatePanel);
+        setTitle("Update Software");
+    }
+
+    function showOnly(panel) {
+        choicePanel.showMenu = panel === choicePanel;
+        updatePanel.showMenu = panel === updatePanel;
+    }
+
+    // Bound, so that the title follows a change of language.
+    function setTitle(key) {
+        pageTitleLabel.text = Qt.binding(function() {
+            return vemTranslations.lookUp(key) + vemTranslations.languageBinder;
+        });
+    }
+
+    radius: 26
+    border.color: STYLES.MENU_BORDER_COLOR
+    border.width: 4
+    color: "#22505050"
+    clip: true
+    Component.onCompleted: showChoicePanel()
+
+    ChoicePanel { id: choicePanel }
+    UpdatePanel { id: updatePanel }
+}
