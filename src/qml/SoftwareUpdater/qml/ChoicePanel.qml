@@ -24,6 +24,12 @@ Widget_MenuPage {
             btnText: vemTranslations.lookUp("Update Software") + vemTranslations.languageBinder
             onButtonClicked: showUpdatePanel()
         }
+
+        Widget_Vemlo_Button {
+            actionButton: true
+            btnText: vemTranslations.lookUp("Advanced Options") + vemTranslations.languageBinder
+            onButtonClicked: showAdvanceOptionsPanel()
+        }
     }
 
     Widget_Vemlo_Button {

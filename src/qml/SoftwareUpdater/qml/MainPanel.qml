@@ -19,9 +19,15 @@ Rectangle {
         setTitle("Update Software");
     }
 
+    function showAdvanceOptionsPanel() {
+        showOnly(advanceOptionsPanel);
+        setTitle("Advanced Options");
+    }
+
     function showOnly(panel) {
         choicePanel.showMenu = panel === choicePanel;
         updatePanel.showMenu = panel === updatePanel;
+        advanceOptionsPanel.showMenu = panel === advanceOptionsPanel;
     }
 
     // Bound, so that the title follows a change of language.
@@ -40,4 +46,5 @@ Rectangle {
 
     ChoicePanel { id: choicePanel }
     UpdatePanel { id: updatePanel }
+    AdvanceOptionsPanel { id: advanceOptionsPanel }
 }

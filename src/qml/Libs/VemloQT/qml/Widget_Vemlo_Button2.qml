@@ -1,0 +1,55 @@
+import QtQuick 2.15
+
+// The button of the dialogs: what it shows follows from its properties.
+Item {
+    id: button
+    objectName: "widget_Vemlo_Button2"
+
+    property alias text: look.label
+    property alias source: look.image
+    property bool smallButton: false
+    property bool shortButton: false
+    property bool textButton: false
+    property bool hidden: false
+    property bool checkable: false
+    property bool checked: false
+    property alias roundedSelectionBorder: look.rounded
+    property color txtBtnObjectColor: "#FF333333"
+    property alias txtBtnObjPointSize: look.labelPointSize
+    property alias txtBtnObjBold: look.labelBold
+    property alias alignVText: look.labelVerticalAlignment
+    property alias textWrapMode: look.labelWrapMode
+
+    signal pressed
+    signal released
+    signal clicked
+    signal pressAndHold
+
+    width: smallButton ? 65 : 108
+    height: smallButton || shortButton ? 68 : textButton ? 40 : 96
+
+    ButtonLook {
+        id: look
+        anchors.fill: parent
+        visible: !button.hidden
+        showImage: true
+        faceOpacity: button.enabled ? 1 : 0.35
+        labelColor: button.enabled ? button.txtBtnObjectColor : "white"
+        framed: button.checked || mouse.pressed
+        pressed: mouse.pressed
+    }
+
+    MouseArea {
+        id: mouse
+        anchors.fill: parent
+        enabled: !button.hidden
+        onPressed: button.pressed()
+        onReleased: {
+            if (button.checkable)
+                button.checked = !button.checked;
+            button.released();
+        }
+        onClicked: button.clicked()
+        onPressAndHold: button.pressAndHold()
+    }
+}

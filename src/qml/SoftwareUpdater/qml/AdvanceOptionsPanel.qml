@@ -1,0 +1,49 @@
+import QtQuick 2.15
+import "../../Libs/VemloQT/qml"
+import "../../ServiceUI/qml"
+import "../../ServiceUI/qml/javascript/style.js" as STYLES
+
+// Versions and firmware by hand, and import from a file.
+Widget_MenuPage {
+    id: advancePanel
+
+    // What "Back" takes at the right edge; the controls stay beside it, so that their delete
+    // question leaves it free as the way out.
+    readonly property int backStrip: backButton.width + STYLES.MENU_PADDING
+
+    function importFile(path) {
+        msgPopUp.showMessage("Importing, please wait...", 0, true, true);
+        manager.importSoftwareFromFile(path);
+        msgPopUp.hideMessage();
+        msgPopUp.showMessage("File has been imported successfully!");
+        controls.reload();
+    }
+
+    MainPanelControls {
+        id: controls
+        // In the middle of the panel where that leaves room for "Back".
+        width: Math.max(implicitWidth, parent.width - 2 * advancePanel.backStrip)
+        height: parent.height
+        x: Math.min((parent.width - width) / 2, parent.width - advancePanel.backStrip - width)
+        onImportRequested: fileDialog.show()
+    }
+
+    Widget_Vemlo_Button {
+        id: backButton
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: STYLES.MENU_PADDING
+        visible: !fileDialog.visible
+        actionButton: true
+        btnText: vemTranslations.lookUp("Back") + vemTranslations.languageBinder
+        onButtonClicked: showChoicePanel()
+    }
+
+    Widget_FileDialog {
+        id: fileDialog
+        filterNames: ["quillmark-*.tar.gz", "*.hex"]
+        currentPath: MEDIA_DIRECTORY
+        chooseButtonName: vemTranslations.lookUp("Import") + vemTranslations.languageBinder
+        onChooseFile: advancePanel.importFile(filePath)
+    }
+}
