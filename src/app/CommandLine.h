@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QFileInfo>
+
+// What the command line asks for: development mode ("--dev"), or a check of a firmware file on the
+// console ("--update" and its path), after which the program ends.
+struct CommandLine
+{
+    bool devMode = false;
+    bool exitAfterArguments = false;
+    // An acceptable firmware file was named, though not necessarily the last one named.
+    bool firmwareValid = false;
+    // The file named after the last "--update"; empty without one.
+    QFileInfo firmwareFile;
+
+    // Reads argv[1] to argv[argc - 1] and writes what it finds about each firmware file to standard
+    // output. Options are compared exactly; unknown ones are ignored.
+    static CommandLine read(int argc, const char* const* argv);
+
+private:
+    void checkFirmware(const char* path);
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+
+// The process's standard output as the log and the console check write to it: unbuffered, one
+// system call a line, so that lines of several threads and of child processes never mix.
+namespace StandardOutput {
+
+// Call it first of all. Makes sure that descriptors 0 to 2 are open (a closed one is bound to
+// /dev/null) and that writing to a reader that has gone away is an error instead of the end of the
+// process.
+void prepare();
+
+// Writes the bytes as they are, appending nothing. An error loses what is left of them and is not
+// reported: there is nobody left to report it to.
+void write(const QByteArray& bytes);
+
+} // namespace StandardOutput
