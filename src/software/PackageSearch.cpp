@@ -43,7 +43,7 @@ unsigned char typeOf(DIR* directory, const dirent& entry)
     // A dangling link, or a file that has vanished since.
     if (fstatat(dirfd(directory), static_cast<const char*>(entry.d_name), &status, 0) != 0)
         return DT_UNKNOWN;
-    return IFTODT(status.st_mode);
+    return static_cast<unsigned char>(IFTODT(status.st_mode));
 }
 
 void logUnreadable(const QByteArray& folder)
