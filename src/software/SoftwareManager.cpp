@@ -1,0 +1,116 @@
+// The store of installed versions and the control of the platform; what is found on removable media
+// is in PackageDiscovery.cpp.
+
+#include "software/SoftwareManager.h"
+
+#include "config/UiConfig.h"
+#include "database/SystemMessage.h"
+#include "process/ScriptLauncher.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QTimer>
+
+namespace {
+
+const QString versionsStore = QStringLiteral("/opt/Merivon/Versions/");
+const QString controlCommand = QStringLiteral("/usr/local/bin/vemlo");
+
+void record(const QString& text)
+{
+    SystemMessage::post(SystemMessage::Type::Message, text);
+}
+
+// What an entry of the store is listed as, if at all. Kept: of a file's name only the second piece
+// counts, so that "MerivonMFV_2_15.hex" is listed as "2".
+QStringList listedAs(const QFileInfo& entry)
+{
+    if (entry.isDir())
+        return {entry.fileName()};
+    return entry.completeBaseName().split('_').mid(1, 1);
+}
+
+bool isListed(const QString& name, const QString& prefix)
+{
+    return name.contains(prefix, Qt::CaseInsensitive)
+        && !name.contains(prefix + QStringLiteral("current"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+QString SoftwareManager::currentVersions()
+{
+    return QStringLiteral("1.03.00");
+}
+
+QVariantList SoftwareManager::getMerivonVersions()
+{
+    return getMerivonVersions(QStringLiteral("-"));
+}
+
+QVariantList SoftwareManager::getMFVVersions()
+{
+    return getMerivonVersions(QStringLiteral("MerivonMFV_"));
+}
+
+QVariantList SoftwareManager::getMerivonVersions(const QString& prefix)
+{
+    const QFileInfoList entries
+        = QDir(versionsStore)
+              .entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot,
+                             QDir::Name | QDir::IgnoreCase);
+    QStringList versions;
+    for (const QFileInfo& entry : entries) {
+        if (isListed(entry.fileName(), prefix))
+            versions.append(listedAs(entry));
+    }
+    return QVariant(versions).toList();
+}
+
+void SoftwareManager::importSoftwareFromFile(const QString& filePath)
+{
+    qDebug() << filePath;
+    ScriptLauncher launcher;
+    if (QFileInfo(filePath).suffix().toLower() == QLatin1String("hex")) {
+        // The lone blank is kept, the platform's records of the call hold it: cp reports a source
+        // of that name missing and copies the image all the same.
+        launcher.launchProgramWithDelay(
+            QStringLiteral("/bin/cp"),
+            {QStringLiteral("-rf"), filePath, QStringLiteral(" "), versionsStore}, 2);
+    } else {
+        launcher.launchProgramWithDelay(controlCommand, {QStringLiteral("import"), filePath}, 2);
+    }
+}
+
+void SoftwareManager::logInstall(const QString&) { }
+
+void SoftwareManager::logImport(const QString& filePath)
+{
+    record(QStringLiteral("Software Imported [%1]").arg(filePath));
+}
+
+void SoftwareManager::logDeleted(const QString& filePath)
+{
+    record(QStringLiteral("Software Deleted [%1]").arg(filePath));
+}
+
+void SoftwareManager::stopMerivon()
+{
+    record(UiConfig::getInstance()->getSystemModel() + QStringLiteral(" shutting down"));
+    ScriptLauncher().launchDetachedProcess(controlCommand, {QStringLiteral("stop")});
+}
+
+void SoftwareManager::startMerivon()
+{
+    ScriptLauncher().launchDetachedProcess(controlCommand, {QStringLiteral("start")});
+    QCoreApplication::quit();
+}
+
+void SoftwareManager::quitAndStartMerivon()
+{
+    QTimer::singleShot(500, this, &SoftwareManager::startMerivon);
+}
+
+void SoftwareManager::uploadFirmware(quint8&, const QString&, QStringList&) { }
