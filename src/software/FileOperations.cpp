@@ -1,0 +1,190 @@
+// The file operations and storage queries of FileHelper.
+
+#include "process/ScriptLauncher.h"
+#include "software/FileHelper.h"
+#include "software/MediaFolder.h"
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <limits>
+#include <sys/stat.h>
+
+namespace {
+
+const QString currentVersion = QStringLiteral("/opt/Merivon/Versions/Merivon-current");
+constexpr qint64 sharedMediaQuota = 10LL * 1024 * 1024 * 1024;
+constexpr qint64 copyChunk = 1024 * 1024;
+
+// Empty when the copy can begin, with both files open; otherwise why it cannot. The order of the
+// checks decides which reason a user reads. A source that is no regular file (a pipe on a foreign
+// stick) is refused before an open that could wait for ever.
+QString openForCopy(QFile& source, QFile& destination, const QString& destinationFolder)
+{
+    const QString sourceName = source.fileName();
+    if (!source.exists())
+        return QStringLiteral("Error: File '%1' doesn't exist.").arg(sourceName);
+    if (!QFileInfo(sourceName).isFile() || !source.open(QFile::ReadOnly | QFile::Unbuffered))
+        return QStringLiteral("Error: Can't access file '%1'.").arg(sourceName);
+    if (!QFileInfo(destinationFolder).isDir())
+        return QStringLiteral("Error: Destination folder doesn't exist.");
+    // No separator in between, kept: every page passes a folder that ends in "/".
+    destination.setFileName(destinationFolder + QFileInfo(sourceName).fileName());
+    if (destination.exists())
+        return QStringLiteral("Warning: File already exists.");
+    if (!destination.open(QFile::WriteOnly | QFile::Unbuffered))
+        return QStringLiteral("Error: Permission denied");
+    return {};
+}
+
+// The seek is for a chunk that was read or written only in part: the next one still goes to its
+// place, and a source that has vanished is left behind after as many rounds as it had chunks.
+void copyChunkTo(qint64 end, QFile& source, QFile& destination, QByteArray& buffer)
+{
+    const qint64 length = source.read(buffer.data(), buffer.size());
+    if (length > 0)
+        destination.write(buffer.constData(), length);
+    source.seek(end);
+    destination.seek(end);
+}
+
+// Of a path, following links; 0, which no file system has, when there is none.
+dev_t deviceOf(const QString& path)
+{
+    struct stat status
+    {
+    };
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_dev : 0;
+}
+
+} // namespace
+
+bool FileHelper::refuseCopy(const QString& reason)
+{
+    emit error(reason);
+    return false;
+}
+
+bool FileHelper::copyFile(const QString& sourceFilename, const QString& destinationFolder)
+{
+    QFile source(sourceFilename);
+    QFile destination;
+    const QString reason = openForCopy(source, destination, destinationFolder);
+    if (!reason.isEmpty())
+        return refuseCopy(reason);
+    emit copyBegun();
+    QCoreApplication::processEvents();
+
+    // Asked for once: a file that grows while it is read still comes to an end.
+    const qint64 size = source.size();
+    QByteArray buffer(static_cast<int>(std::min(size, copyChunk)), Qt::Uninitialized);
+    qint64 reported = 0;
+    for (qint64 position = 0; position < size; position += copyChunk) {
+        copyChunkTo(position + copyChunk, source, destination, buffer);
+        // The percent of the chunks before this one, kept: the pages' progress bars are timed to
+        // it.
+        const qint64 percent = 100 * position / size;
+        if (percent != reported) {
+            emit copyProgress(static_cast<int>(percent));
+            QCoreApplication::processEvents();
+            reported = percent;
+        }
+    }
+    emit copyProgress(100);
+    destination.close();
+    source.close();
+    emit copyCompleted();
+    return true;
+}
+
+bool FileHelper::deleteFile(const QString& path)
+{
+    if (!QFile::exists(path))
+        return false;
+    qDebug() << "FileHelper::deleteFile : " << path;
+    return QFile::remove(path);
+}
+
+void FileHelper::removeOldUpdates(const QString& filePath)
+{
+    // Without a current version this is the highest time there is, and every file is old.
+    const quint32 reference = getFileTime(currentVersion);
+    const QStringList names = getAllInFolder(filePath);
+    for (const QString& name : names) {
+        const QString path = filePath + name;
+        if (getFileTime(path) >= reference)
+            continue;
+        deleteFile(path);
+        qDebug() << "Delete old update file " << path;
+    }
+}
+
+QString FileHelper::readOneLineFile(const QString& fname)
+{
+    QFile file(fname);
+    if (!file.open(QFile::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readLine().constData());
+}
+
+QStringList FileHelper::findMediaDevices()
+{
+    QStringList names = MediaFolder::subfolders();
+    const dev_t parent = deviceOf(MediaFolder::path());
+    // The index moves on after a removal too, kept: the entry that follows a plain folder is not
+    // examined, and stands in the list that the platform's pages know.
+    for (int i = 0; i < names.size(); ++i) {
+        const dev_t device = deviceOf(MediaFolder::path() + '/' + names.at(i));
+        if (device == parent || device == 0)
+            names.removeAt(i);
+    }
+    return names;
+}
+
+QString FileHelper::availableDiskSize()
+{
+    return ScriptLauncher().launchProgram(QStringLiteral("getDiskSpace.sh"));
+}
+
+qint64 FileHelper::storageSpaceSize()
+{
+    qint64 total = 0;
+    for (const QString& folder : {QStringLiteral("/opt/Merivon/Pictures/Shared/"),
+                                  QStringLiteral("/opt/Merivon/Videos/Shared/")}) {
+        const QStringList names = getDirContents(folder, 0);
+        for (const QString& name : names) {
+            const QFileInfo entry(folder + name);
+            total += entry.isFile() ? entry.size() : 0;
+        }
+    }
+    return total;
+}
+
+bool FileHelper::canCopyMediaFile(const QString& path)
+{
+    return storageSpaceSize() + QFileInfo(path).size() < sharedMediaQuota;
+}
+
+QString FileHelper::availableStorageMediaSize()
+{
+    return sizeFormat(sharedMediaQuota - storageSpaceSize());
+}
+
+QString FileHelper::sizeFormat(qlonglong size)
+{
+    static const QStringList units {QStringLiteral(" B"), QStringLiteral(" KB"),
+                                    QStringLiteral(" MB"), QStringLiteral(" GB"),
+                                    QStringLiteral(" TB")};
+    int unit = 0;
+    for (; size > 1023 && unit < units.size() - 1; ++unit)
+        size >>= 10;
+    // The half matters for a negative count only, which comes out one closer to zero; kept. A count
+    // too low for 32 bits stays at the lowest that they hold.
+    const double rounded = std::max(static_cast<double>(size) + 0.5,
+                                    static_cast<double>(std::numeric_limits<qint32>::min()));
+    return QString::number(static_cast<qint32>(rounded)) + units.at(unit);
+}
