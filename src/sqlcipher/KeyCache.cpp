@@ -1,7 +1,5 @@
 #include "sqlcipher/KeyCache.h"
 
-#include <QMutexLocker>
-
 #include <openssl/evp.h>
 
 namespace {
@@ -30,7 +28,7 @@ KeyCache& KeyCache::instance()
 QByteArray KeyCache::rawKey(const QByteArray& passPhrase, const QByteArray& salt)
 {
     // Derived under the lock, so that threads that start together do the work once.
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     QByteArray& key = m_keys[{passPhrase, salt}];
     if (key.isEmpty())
         key = derive(passPhrase, salt);
@@ -39,6 +37,6 @@ QByteArray KeyCache::rawKey(const QByteArray& passPhrase, const QByteArray& salt
 
 void KeyCache::forget(const QByteArray& passPhrase, const QByteArray& salt)
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_keys.erase({passPhrase, salt});
 }

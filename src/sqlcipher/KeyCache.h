@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QByteArray>
-#include <QMutex>
 
 #include <map>
+#include <mutex>
 #include <utility>
 
 // The encryption keys that this process has derived. Deriving one from a pass phrase takes tens of
@@ -26,6 +26,6 @@ public:
     void forget(const QByteArray& passPhrase, const QByteArray& salt);
 
 private:
-    QMutex m_mutex;
+    std::mutex m_mutex;
     std::map<std::pair<QByteArray, QByteArray>, QByteArray> m_keys;
 };

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QMutex>
 #include <QRegularExpression>
 #include <QStringList>
 
 #include <cstdio>
+#include <mutex>
 
 // Takes the process's log lines, of any thread, from its making to the end of its scope.
 class LogCapture
@@ -12,7 +12,7 @@ class LogCapture
 public:
     LogCapture() : m_previous(qInstallMessageHandler(take))
     {
-        const QMutexLocker locker(&mutex());
+        const std::lock_guard<std::mutex> lock(mutex());
         taken().clear();
     }
     ~LogCapture() { qInstallMessageHandler(m_previous); }
@@ -20,7 +20,7 @@ public:
 
     QStringList lines() const
     {
-        const QMutexLocker locker(&mutex());
+        const std::lock_guard<std::mutex> lock(mutex());
         return taken();
     }
     bool has(const QString& line) const { return lines().contains(line); }
@@ -32,16 +32,16 @@ private:
         static QStringList lines;
         return lines;
     }
-    static QMutex& mutex()
+    static std::mutex& mutex()
     {
-        static QMutex it;
+        static std::mutex it;
         return it;
     }
     static void take(QtMsgType type, const QMessageLogContext&, const QString& message)
     {
         if (type == QtFatalMsg)
             std::fputs(qPrintable(message + '\n'), stderr);
-        const QMutexLocker locker(&mutex());
+        const std::lock_guard<std::mutex> lock(mutex());
         taken().append(message);
     }
 
