@@ -3,6 +3,7 @@
 #include "app/Event.h"
 #include "app/Logger.h"
 #include "app/MessageHandler.h"
+#include "app/ProcessEnd.h"
 #include "app/QtQuick2ApplicationViewer.h"
 #include "app/StandardOutput.h"
 #include "config/UiConfig.h"
@@ -20,7 +21,6 @@
 #include <QQmlEngine>
 #include <QtQml>
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -110,16 +110,6 @@ int runUpdater(int& argc, char** argv)
     QObject::connect(viewer.engine(), &QQmlEngine::quit, &app, &QCoreApplication::quit);
     showOnTouchScreen(viewer);
     return QCoreApplication::exec();
-}
-
-// A worker of LaunchAsync is detached and may still wait for its program. Static objects that it
-// uses must not be destroyed beside it.
-[[noreturn]] void endProcess(int status)
-{
-    if (!LaunchAsync::hasRunningJobs())
-        std::exit(status);
-    std::fflush(nullptr);
-    std::_Exit(status);
 }
 
 } // namespace
