@@ -106,6 +106,8 @@ Widget_MenuPage {
             var version = nameVersion[0] + "-" + nameVersion[1];
             console.log("version", version);
             vemTranslations.lookUp("KeyCloseDatabase");
+            // Before the launch, which begins at once and shows the text of its stage.
+            stage += 1;
             launch("/usr/local/bin/vemlo", ["install", version]);
         }
 
@@ -123,19 +125,14 @@ Widget_MenuPage {
                 manager.logInstall(version);
             }
             updatePanel.offerNextInstall();
+            stage += 1;
         }
 
         onBeginLaunch: {
             updatePanel.showBusy(stage === 0 ? updatePanel.importingText
                                              : updatePanel.installingText);
         }
-        onEndLaunch: {
-            if (stage === 0)
-                endImport();
-            else
-                endInstall(result);
-            stage += 1;
-        }
+        onEndLaunch: stage === 0 ? endImport() : endInstall(result)
     }
 
     LaunchAsync {
