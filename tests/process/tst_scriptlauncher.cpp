@@ -1,6 +1,7 @@
 #include "process/ScriptLauncher.h"
 
 #include "Dispenser.h"
+#include "LogCapture.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -13,17 +14,9 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 
 namespace {
-
-// The beginning of every line logged, and the lines themselves kept from the test's own output: one
-// of them is 100 MB long.
-QStringList logged;
-
-void collect(QtMsgType, const QMessageLogContext&, const QString& text)
-{
-    logged.append(text.left(200));
-}
 
 QStringList systemErrors()
 {
@@ -65,10 +58,11 @@ class ScriptLauncherTest : public QObject
 private slots:
     void init()
     {
-        qInstallMessageHandler(collect);
-        logged.clear();
+        m_log.emplace();
         Dispenser::sql("DELETE FROM systemMessages");
     }
+
+    void cleanup() { m_log.reset(); }
 
     void outputIsTextLessItsEnd_data()
     {
@@ -105,7 +99,7 @@ private slots:
         const QStringList args {"a b", "", "$(x)'\"*%1"};
         QCOMPARE(ScriptLauncher().launchProgram("/usr/bin/printf", QStringList("%s|") + args),
                  args.join('|'));
-        QCOMPARE(logged.first(),
+        QCOMPARE(m_log->lines().first(),
                  "launch program wait for started \"/usr/bin/printf\" "
                  "(\"%s|\", \"a b\", \"\", \"$(x)'\\\"*%1\")");
     }
@@ -125,8 +119,8 @@ private slots:
         ScriptLauncher launcher;
         QCOMPARE(launcher.launchScript(missing), "there was an error starting script.");
         QCOMPARE(launcher.launchScript("plain.sh"), "there was an error starting script.");
-        QVERIFY(
-            logged.at(1).startsWith("there was an error starting script  \"/nowhere/missing\""));
+        QVERIFY(m_log->lines().at(1).startsWith(
+            "there was an error starting script  \"/nowhere/missing\""));
         QCOMPARE(
             systemErrors(),
             QStringList({"Script Failed [/nowhere/missing]", "Script Failed [" + plainFile + ']'}));
@@ -177,12 +171,12 @@ private slots:
         QFile arguments("/tmp/arguments");
         QVERIFY(arguments.open(QIODevice::ReadOnly));
         QCOMPARE(arguments.readAll(), QByteArray("/tmp/tool|a b|"));
-        QCOMPARE(logged,
+        QCOMPARE(m_log->lines(),
                  QStringList("launchDetachedProcess: \"/tmp/tool\" (\"/tmp/tool\", \"a b\")"));
 
         QFile::remove(helper);
         launcher.launchDetachedProcess("/bin/x");
-        QCOMPARE(logged.count("Failed to execute"), 2);
+        QCOMPARE(m_log->count("Failed to execute"), 2);
         QCOMPARE(systemErrors(), QStringList("System Command Failed [/bin/x]"));
     }
 
@@ -218,7 +212,7 @@ private slots:
     void aScriptThatNeverRanCountsAsDone()
     {
         QCOMPARE(ScriptLauncher().runScript("/nowhere/script", {}), "0");
-        QCOMPARE(logged, QStringList({"arg:: ()", "Failed to Execute", "last  5   \"\""}));
+        QCOMPARE(m_log->lines(), QStringList({"arg:: ()", "Failed to Execute", "last  5   \"\""}));
         QCOMPARE(systemErrors(), QStringList("Script Failed [/nowhere/script]"));
     }
 
@@ -228,7 +222,7 @@ private slots:
         QVERIFY(launcher.systemCommand("sh", {"-c", "exit 3"}));
         QVERIFY(launcher.systemCommand("sh", {"-c", "kill -9 $$"}));
         QVERIFY(!launcher.systemCommand("sleep", {"31"}));
-        QCOMPARE(logged.count("Failed to execute"), 1);
+        QCOMPARE(m_log->count("Failed to execute"), 1);
         QVERIFY(systemErrors().empty());
         QVERIFY(!launcher.systemCommand(missing, {}));
         QCOMPARE(systemErrors(), QStringList("System Command Failed [/nowhere/missing]"));
@@ -239,6 +233,9 @@ private slots:
         QCOMPARE(ScriptLauncher().executeSystemCommand("test é = é && exit 3"), 3 * 256);
         QCOMPARE(ScriptLauncher().executeSystemCommand("kill -9 $$"), 9);
     }
+
+private:
+    std::optional<LogCapture> m_log;
 };
 
 int main(int argc, char** argv)
