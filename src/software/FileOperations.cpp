@@ -17,8 +17,8 @@
 namespace {
 
 const QString currentVersion = QStringLiteral("/opt/Merivon/Versions/Merivon-current");
-constexpr qint64 sharedMediaQuota = 10LL * 1024 * 1024 * 1024;
-constexpr qint64 copyChunk = 1024 * 1024;
+constexpr qint64 sharedMediaQuota = 10LL << 30;
+constexpr qint64 copyChunk = 1LL << 20;
 
 // Empty when the copy can begin, with both files open; otherwise why it cannot. The order of the
 // checks decides which reason a user reads. A source that is no regular file (a pipe on a foreign

@@ -4,6 +4,7 @@
 #include "software/SoftwareManager.h"
 
 #include "config/UiConfig.h"
+#include "config/Version.h"
 #include "database/SystemMessage.h"
 #include "process/ScriptLauncher.h"
 
@@ -42,7 +43,7 @@ bool isListed(const QString& name, const QString& prefix)
 
 QString SoftwareManager::currentVersions()
 {
-    return QStringLiteral("1.03.00");
+    return QString::fromLatin1(updaterVersion);
 }
 
 QVariantList SoftwareManager::getMerivonVersions()

@@ -2,9 +2,9 @@
 
 #include "software/FileHelper.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QGuiApplication>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -259,10 +259,9 @@ private slots:
     void tellsSizes()
     {
         const qint64 tera = Q_INT64_C(1) << 40;
-        const QMap<qint64, QString> texts {{0, "0 B"},        {1023, "1023 B"},
-                                           {1024, "1 KB"},    {1048575, "1023 KB"},
-                                           {1048576, "1 MB"}, {5 * 1024 * tera, "5120 TB"},
-                                           {-5, "-4 B"},      {-tera, "-2147483648 B"}};
+        const QMap<qint64, QString> texts {
+            {0, "0 B"},        {1023, "1023 B"},         {1024, "1 KB"}, {1048575, "1023 KB"},
+            {1048576, "1 MB"}, {5120 * tera, "5120 TB"}, {-5, "-4 B"},   {-tera, "-2147483648 B"}};
         for (auto text = texts.begin(); text != texts.end(); ++text)
             QCOMPARE(m_helper->sizeFormat(text.key()), text.value());
         Dispenser::writeScript(Dispenser::scriptsFolder + "getDiskSpace.sh", "echo 12G free");
@@ -270,6 +269,6 @@ private slots:
     }
 };
 
-DISPENSER_TEST_MAIN(TestFileHelper, QGuiApplication)
+DISPENSER_TEST_MAIN(TestFileHelper, QCoreApplication)
 
 #include "tst_file_helper.moc"
