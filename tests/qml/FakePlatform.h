@@ -24,7 +24,10 @@ public:
     Q_INVOKABLE QVariantList getMFVVersions() { return images; }
     Q_INVOKABLE QString currentVersions() { return QStringLiteral("1.03.00"); }
     Q_INVOKABLE QString getFileName(const QString& path) { return path.section('/', -1); }
-    Q_INVOKABLE QStringList getNameVersion(const QString& fileName);
+    Q_INVOKABLE QStringList getNameVersion(const QString& file)
+    {
+        return {file.section('-', 1, -2), file.section('-', -1).chopped(7)};
+    }
     Q_INVOKABLE void importSoftwareFromFile(const QString& path) { calls << "importFile " + path; }
     Q_INVOKABLE void logImport(const QString& path) { calls << "logImport " + path; }
     Q_INVOKABLE void logInstall(const QString& version) { calls << "logInstall " + version; }
@@ -35,21 +38,24 @@ public:
 class FakeTranslations : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QString languageBinder READ languageBinder NOTIFY languageChanged)
+    Q_PROPERTY(QString languageBinder MEMBER m_nothing NOTIFY languageChanged)
 public:
-    // Key and language ("french", ...) to text; what is missing shows as its key.
+    // Key and language ("Backfrench") to text; what is missing shows as its key.
     QHash<QString, QString> texts;
+    QString language;
     QStringList lookUps;
 
-    QString languageBinder() const { return {}; }
-    void setLanguage(const QString& name);
-    Q_INVOKABLE QString lookUp(const QString& key);
+    Q_INVOKABLE QString lookUp(const QString& key)
+    {
+        lookUps << key;
+        return texts.value(key + language, key);
+    }
 
 signals:
     void languageChanged();
 
 private:
-    QString _language;
+    QString m_nothing;
 };
 
 class FakeScriptLauncher : public QObject
@@ -57,7 +63,7 @@ class FakeScriptLauncher : public QObject
     Q_OBJECT
 public:
     QStringList commands;
-    Q_INVOKABLE int executeSystemCommand(const QString& command);
+    Q_INVOKABLE void executeSystemCommand(const QString& command) { commands << command; }
 };
 
 // The test ends a launch by emitting endLaunch itself.
@@ -66,27 +72,13 @@ class FakeLaunchAsync : public QObject
     Q_OBJECT
 public:
     QStringList launched;
-    Q_INVOKABLE void launch(const QString& command, const QStringList& args);
+    Q_INVOKABLE void launch(const QString& command, const QStringList& args)
+    {
+        launched << command + ' ' + args.join(' ');
+        emit beginLaunch();
+    }
 
 signals:
     void beginLaunch();
     void endLaunch(const QString& result);
-};
-
-class FakeConfig : public QObject
-{
-    Q_OBJECT
-    Q_PROPERTY(SystemType systemType MEMBER systemType CONSTANT)
-    Q_PROPERTY(QString systemName MEMBER systemName CONSTANT)
-    Q_PROPERTY(int screenWidth MEMBER width CONSTANT)
-    Q_PROPERTY(int screenHeight MEMBER height CONSTANT)
-    Q_PROPERTY(int serviceWidth MEMBER width CONSTANT)
-    Q_PROPERTY(int serviceHeight MEMBER height CONSTANT)
-public:
-    enum SystemType { UNKNOWN, KRA, TALVO, TALVOGATEWAY, MXD };
-    Q_ENUM(SystemType)
-    SystemType systemType = TALVO;
-    QString systemName;
-    int width = 1920;
-    int height = 1080;
 };

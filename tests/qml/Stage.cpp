@@ -1,5 +1,6 @@
 #include "Stage.h"
 
+#include "Dispenser.h"
 #include "software/FileHelper.h"
 #include <QPixmap>
 #include <QQmlComponent>
@@ -10,6 +11,14 @@
 #include <QTest>
 
 namespace {
+
+void registerTypes()
+{
+    qmlRegisterUncreatableType<UiConfig>("MyLibrary", 1, 0, "SystemType", "an enum only");
+    qmlRegisterType<FakeLaunchAsync>("MyLibrary", 2, 0, "LaunchAsync");
+    qmlRegisterType<FileHelper>("MyLibrary", 2, 0, "FileHelper");
+}
+Q_COREAPP_STARTUP_FUNCTION(registerTypes)
 
 void collect(QQuickItem* item, const char* property, const QVariant& value,
              QList<QQuickItem*>& found)
@@ -26,41 +35,46 @@ void collect(QQuickItem* item, const char* property, const QVariant& value,
 
 } // namespace
 
-void Stage::registerTypes()
-{
-    qmlRegisterUncreatableType<FakeConfig>("MyLibrary", 1, 0, "SystemType", "an enum only");
-    qmlRegisterType<FakeLaunchAsync>("MyLibrary", 2, 0, "LaunchAsync");
-    qmlRegisterType<FileHelper>("MyLibrary", 2, 0, "FileHelper");
-}
-
 void Stage::open(const QByteArray& qml)
 {
+    const bool small = type == UiConfig::TALVOGATEWAY;
+    for (const auto* width : {"screenWidth", "serviceWidth"})
+        m_config.insert(width, small ? 800 : 1920);
+    for (const auto* height : {"screenHeight", "serviceHeight"})
+        m_config.insert(height, small ? 480 : 1080);
+    m_config.insert("systemType", int(type));
+    m_config.insert("systemName", "talvo");
     m_view = std::make_unique<QQuickView>();
     m_view->setResizeMode(QQuickView::SizeRootObjectToView);
     m_view->rootContext()->setContextProperties({
         {"manager", QVariant::fromValue(&manager)},
         {"vemTranslations", QVariant::fromValue(&translations)},
         {"vemScriptLauncher", QVariant::fromValue(&scripts)},
-        {"systemConfig", QVariant::fromValue(&config)},
+        {"systemConfig", QVariant::fromValue(&m_config)},
         {"MERIVON_LOCATION_PICTURES_UI", "/opt/Merivon/Pictures/ServiceUI/"},
         {"MERIVON_LOCATION_VERSIONS", "/opt/Merivon/Versions/"},
-        {"MEDIA_DIRECTORY", mediaDirectory},
+        {"MEDIA_DIRECTORY", Dispenser::mediaFolder().chopped(1)},
         {"DEV_MODE", developing},
     });
     const QUrl main(QStringLiteral("qrc:/SoftwareUpdater/qml/main.qml"));
-    if (qml.isEmpty()) {
-        m_view->setSource(main);
-    } else {
-        auto* component = new QQmlComponent(m_view->engine(), m_view.get());
+    auto* component = new QQmlComponent(m_view->engine(), m_view.get());
+    if (qml.isEmpty())
+        component->loadUrl(main);
+    else
         component->setData("import QtQuick 2.15\nimport \"../../Libs/VemloQT/qml\"\n"
                            "import \"../../ServiceUI/qml\"\n"
                                + qml,
                            main);
-        m_view->setContent(main, component, component->create());
-    }
+    m_view->setContent(main, component, component->create());
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
-    QVERIFY(root());
+}
+
+void Stage::open(UiConfig::SystemType systemType, const QString& buttonText)
+{
+    type = systemType;
+    open();
+    QVERIFY(tap(buttonText));
 }
 
 QVariant Stage::js(const QString& code) const
@@ -81,27 +95,23 @@ QList<QQuickItem*> Stage::visible(const char* property, const QVariant& value) c
 
 QQuickItem* Stage::button(const QString& text) const
 {
-    QList<QQuickItem*> found;
-    for (const auto* property : {"btnText", "radioButtonText", "text"})
-        found += visible(property, text);
-    for (auto* item : found) {
-        if (!item->inherits("QQuickText"))
-            return item;
-    }
-    return nullptr;
+    const auto found = visible("btnText", text) + visible("text", text);
+    const auto item = std::find_if(found.begin(), found.end(), [](const QQuickItem* each) {
+        return !each->inherits("QQuickText");
+    });
+    return item == found.end() ? nullptr : *item;
 }
 
-bool Stage::tap(const QString& buttonText)
+bool Stage::tap(const QQuickItem* item)
 {
-    auto* item = button(buttonText);
     if (item)
-        tap(item->mapToScene({item->width() / 2, item->height() / 2}));
+        tap(item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
     return item;
 }
 
-void Stage::tap(const QPointF& point)
+void Stage::tap(const QPoint& point)
 {
-    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, point.toPoint());
+    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, point);
 }
 
 FakeLaunchAsync* Stage::launcher(const QString& argument) const

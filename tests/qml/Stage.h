@@ -2,6 +2,8 @@
 
 #include "FakePlatform.h"
 
+#include "config/UiConfig.h"
+#include <QQmlPropertyMap>
 #include <QQuickItem>
 #include <QQuickView>
 #include <memory>
@@ -13,19 +15,19 @@ public:
     FakeManager manager;
     FakeTranslations translations;
     FakeScriptLauncher scripts;
-    FakeConfig config;
-    QString mediaDirectory = QStringLiteral("/media");
+    UiConfig::SystemType type = UiConfig::TALVO;
     bool developing = false;
-
-    static void registerTypes();
 
     // Shows the scene, or a piece of QML made of its widgets; what the fakes hold now is what it
     // starts with.
     void open(const QByteArray& qml = {});
+    // Shows the scene of a type of dispenser and leaves its first screen by a button.
+    void open(UiConfig::SystemType systemType, const QString& buttonText);
     QQuickItem* root() const { return m_view->rootObject(); }
 
     // Evaluates JavaScript in the root's own file, where its ids are known.
     QVariant js(const QString& code) const;
+    bool is(const QString& condition) const { return js(condition).toBool(); }
 
     // The items in sight that have `property`, of that value where one is given; topmost last.
     QList<QQuickItem*> visible(const char* property, const QVariant& value = {}) const;
@@ -34,13 +36,15 @@ public:
     bool shows(const QString& text) const { return !visible("text", text).isEmpty(); }
 
     // A press and a release; false when there is no such button in sight.
-    bool tap(const QString& buttonText);
-    void tap(const QPointF& point);
+    bool tap(const QString& buttonText) { return tap(button(buttonText)); }
+    bool tap(const QQuickItem* item);
+    void tap(const QPoint& point);
 
     // The launcher that was told to start a program with this argument.
     FakeLaunchAsync* launcher(const QString& argument) const;
     void save(const QString& path) const;
 
 private:
+    QQmlPropertyMap m_config;
     std::unique_ptr<QQuickView> m_view;
 };

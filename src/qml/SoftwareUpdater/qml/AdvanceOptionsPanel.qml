@@ -23,7 +23,9 @@ Widget_MenuPage {
         id: controls
         // In the middle of the panel where that leaves room for "Back".
         width: Math.max(implicitWidth, parent.width - 2 * advancePanel.backStrip)
-        height: parent.height
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.margins: 10
         x: Math.min((parent.width - width) / 2, parent.width - advancePanel.backStrip - width)
         onImportRequested: fileDialog.show()
     }
