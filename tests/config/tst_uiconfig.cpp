@@ -40,9 +40,10 @@ QPair<QString, QStringList> start()
 // Replaces the dictionary by settings, each "name', 'value".
 void setDictionary(const QStringList& settings)
 {
-    Dispenser::sql("DELETE FROM dictionary;");
+    QString statements = "DELETE FROM dictionary;";
     for (const QString& setting : settings)
-        Dispenser::sql("INSERT INTO dictionary VALUES(null, '" + setting + "');");
+        statements += "INSERT INTO dictionary VALUES(null, '" + setting + "');";
+    Dispenser::sql(statements);
 }
 
 QStringList stored()
