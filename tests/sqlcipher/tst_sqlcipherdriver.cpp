@@ -18,7 +18,6 @@ class TestSqlCipherDriver : public QObject
 {
     Q_OBJECT
 
-private:
     QTemporaryDir m_folder;
     int m_files = 0;
 
@@ -30,18 +29,15 @@ private slots:
         QTest::addColumn<QVariant>("bound");
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QVariant>("read");
-
         const QString beyondBmp = QString::fromUtf8("caf\u00e9 \U0001F964 \u6f22");
         const qint64 largest = std::numeric_limits<qint64>::max();
-        QTest::newRow("null") << QVariant() << "null" << QVariant(QString());
+        const QByteArray bytes("\0\xff\0a", 4);
         QTest::newRow("null text") << QVariant(QString()) << "null" << QVariant(QString());
         QTest::newRow("empty text") << QVariant("") << "text" << QVariant("");
         QTest::newRow("text") << QVariant(beyondBmp) << "text" << QVariant(beyondBmp);
-        QTest::newRow("integer") << QVariant(-7) << "integer" << QVariant(qint64(-7));
         QTest::newRow("64 bits") << QVariant(largest) << "integer" << QVariant(largest);
         QTest::newRow("true") << QVariant(true) << "integer" << QVariant(qint64(1));
         QTest::newRow("double") << QVariant(M_PI) << "real" << QVariant(M_PI);
-        const QByteArray bytes("\0\xff\0a", 4);
         QTest::newRow("blob") << QVariant(bytes) << "blob" << QVariant(bytes);
     }
 
@@ -55,7 +51,6 @@ private slots:
         QVERIFY_SQL(query, query.prepare("INSERT INTO t VALUES (:v)"));
         query.bindValue(":v", bound);
         QVERIFY_SQL(query, query.exec());
-        QCOMPARE(query.numRowsAffected(), 1);
         QVERIFY_SQL(query, query.exec("SELECT v, typeof(v) FROM t"));
         QVERIFY(query.next());
         QCOMPARE(query.value(0), read);
@@ -75,20 +70,15 @@ private slots:
             QVERIFY_SQL(query, query.exec());
             QCOMPARE(query.lastInsertId().toInt(), row);
         }
-        query.setForwardOnly(true);
         QVERIFY_SQL(query, query.prepare("SELECT v FROM t WHERE id >= ? ORDER BY id"));
         query.addBindValue(2);
-        QVERIFY_SQL(query, query.exec());
-        QVERIFY(query.next());
-        QCOMPARE(query.value(0).toString(), QString("20"));
-        query.finish();
-        QVERIFY_SQL(query, query.exec()); // with the binding it had
-        QCOMPARE(query.numRowsAffected(), -1);
-        QVERIFY(query.next());
-        QCOMPARE(query.value(0).toString(), QString("20"));
-        QVERIFY(query.next());
-        QVERIFY(!query.next());
-        QVERIFY(!query.next());
+        for (int run = 0; run < 2; ++run) { // the second time with the binding it has
+            QVERIFY_SQL(query, query.exec());
+            QCOMPARE(query.numRowsAffected(), -1);
+            QVERIFY(query.next());
+            QCOMPARE(query.value(0).toString(), QString("20"));
+            query.finish();
+        }
         QVERIFY_SQL(query, query.exec("UPDATE t SET v = 'x' WHERE id > 1"));
         QCOMPARE(query.numRowsAffected(), 2);
     }
@@ -96,34 +86,22 @@ private slots:
     void closingEndsLiveStatementsAndTheConnectionOpensAgain()
     {
         const QString file = newFile();
-        TestConnection database(file);
-        QSqlQuery query(database);
-        QVERIFY_SQL(query, query.exec("CREATE TABLE t AS SELECT 1 AS v UNION SELECT 2"));
-        QVERIFY_SQL(query, query.exec("SELECT v FROM t"));
-        QVERIFY(query.next());
-        database->close();
-        QVERIFY(!database->isOpen());
-        QVERIFY(!query.isActive());
-        QVERIFY(!query.next());
-        QVERIFY(!query.exec());
-        QVERIFY(query.lastError().databaseText().isEmpty());
-        QVERIFY(!Dispenser::isOpenHere(file));
-
-        QVERIFY_SQL(*(database.operator->()), database->open());
-        QSqlQuery(database).exec("PRAGMA key='d8pantry%'");
-        QCOMPARE(database.value("SELECT count(*) FROM t"), QString("2"));
-    }
-
-    void aResultMayOutliveItsConnection()
-    {
         QSqlQuery query;
         {
-            TestConnection database(newFile());
+            TestConnection database(file);
             query = QSqlQuery(database);
-            QVERIFY_SQL(query, query.exec("SELECT 1"));
+            QVERIFY_SQL(query, query.exec("CREATE TABLE t AS SELECT 1 AS v UNION SELECT 2"));
+            QVERIFY_SQL(query, query.exec("SELECT v FROM t"));
+            QVERIFY(query.next());
+            database->close();
+            QVERIFY(!query.isActive() && !query.next() && !query.exec());
+            QVERIFY(query.lastError().databaseText().isEmpty());
+            QVERIFY(!Dispenser::isOpenHere(file));
+            QVERIFY(database->open());
+            QSqlQuery(database).exec("PRAGMA key='d8pantry%'");
+            QCOMPARE(database.value("SELECT count(*) FROM t"), QString("2"));
         }
-        QVERIFY(!query.next());
-        QVERIFY(!query.exec());
+        QVERIFY(!query.exec()); // it outlives its driver
         QVERIFY(!query.lastInsertId().isValid());
     }
 
@@ -133,18 +111,15 @@ private slots:
         QSqlQuery query(database);
         QVERIFY_SQL(query,
                     query.exec("CREATE TABLE \"a b\" (id INTEGER PRIMARY KEY,"
-                               " name TEXT NOT NULL DEFAULT 'x', size REAL, data BLOB)"));
+                               " name TEXT NOT NULL, size REAL, data BLOB)"));
         QCOMPARE(database->tables(), QStringList("a b"));
         QCOMPARE(database->primaryIndex("a b").fieldName(0), QString("id"));
         const QSqlRecord record = database->record("a b");
         QCOMPARE(record.count(), 4);
-        QCOMPARE(record.field("id").type(), QVariant::LongLong);
         QCOMPARE(record.field("size").type(), QVariant::Double);
-        QCOMPARE(record.field("data").type(), QVariant::ByteArray);
         QCOMPARE(record.field("name").requiredStatus(), QSqlField::Required);
         QVERIFY_SQL(query, query.exec("SELECT size AS s, id + 1 FROM \"a b\""));
         QCOMPARE(query.record().fieldName(0), QString("s"));
-        QCOMPARE(query.record().count(), 2);
     }
 
     void transactionsAreKeptOrTakenBack()
@@ -152,53 +127,36 @@ private slots:
         TestConnection database(newFile());
         QSqlQuery query(database);
         QVERIFY_SQL(query, query.exec("CREATE TABLE t (v)"));
-        QVERIFY(database->transaction());
-        QVERIFY(!database->transaction());
+        QVERIFY(database->transaction() && !database->transaction());
         QVERIFY_SQL(query, query.exec("INSERT INTO t VALUES (1)"));
-        QVERIFY(database->rollback());
-        QVERIFY(database->transaction());
+        QVERIFY(database->rollback() && database->transaction());
         QVERIFY_SQL(query, query.exec("INSERT INTO t VALUES (2)"));
         QVERIFY(database->commit());
         QCOMPARE(database.value("SELECT group_concat(v) FROM t"), QString("2"));
     }
 
-    void errorsCarryTheEnginesOwnText_data()
-    {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QString>("text");
-
-        QTest::newRow("syntax") << "SELEC"
-                                << R"(near "SELEC": syntax error)";
-        QTest::newRow("no table") << "SELECT * FROM nowhere"
-                                  << "no such table: nowhere";
-        QTest::newRow("constraint") << "INSERT INTO t VALUES (1)"
-                                    << "UNIQUE constraint failed: t.v";
-        QTest::newRow("two statements") << "SELECT 1; SELECT 2"
-                                        << "";
-        QTest::newRow("no statement") << "-- nothing"
-                                      << "";
-    }
-
     void errorsCarryTheEnginesOwnText()
     {
-        QFETCH(QString, sql);
         TestConnection database(newFile());
         QSqlQuery query(database);
-        QVERIFY_SQL(query, query.exec("CREATE TABLE t (v UNIQUE)"));
-        QVERIFY_SQL(query, query.exec("INSERT INTO t VALUES (1)"));
-        QVERIFY(!query.exec(sql));
-        QVERIFY(query.lastError().isValid());
-        QTEST(query.lastError().databaseText(), "text");
+        QVERIFY_SQL(query, query.exec("CREATE TABLE t AS SELECT 1 AS v"));
+        QVERIFY_SQL(query, query.exec("CREATE UNIQUE INDEX i ON t (v)"));
+        const QMap<QString, QString> texts {
+            {"SELEC", R"(near "SELEC": syntax error)"},
+            {"SELECT * FROM nowhere", "no such table: nowhere"},
+            {"INSERT INTO t VALUES (1)", "UNIQUE constraint failed: t.v"},
+            {"SELECT 1; SELECT 2", ""}, // the driver's own errors have no text of the engine
+            {"-- nothing", ""},
+        };
+        for (auto it = texts.begin(); it != texts.end(); ++it) {
+            QVERIFY(!query.exec(it.key()));
+            QVERIFY(query.lastError().isValid());
+            QCOMPARE(query.lastError().databaseText(), it.value());
+        }
         QVERIFY_SQL(query, query.exec("SELECT 1"));
-        QVERIFY(!query.lastError().isValid());
-    }
-
-    void aFolderThatIsMissingFailsTheOpening()
-    {
-        TestConnection database("/nowhere/at/all.db");
-        QVERIFY(!database->isOpen());
-        QVERIFY(database->isOpenError());
-        QCOMPARE(database->lastError().databaseText(), QString("unable to open database file"));
+        TestConnection nowhere("/nowhere/at/all.db");
+        QVERIFY(nowhere->isOpenError());
+        QCOMPARE(nowhere->lastError().databaseText(), QString("unable to open database file"));
     }
 };
 
