@@ -7,10 +7,10 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QMutex>
 #include <QScopedValueRollback>
 
 #include <cstdlib>
+#include <mutex>
 
 namespace {
 
@@ -75,7 +75,7 @@ void reactToFlood(const QByteArray& time)
 // What one message at a time may use.
 struct Handling
 {
-    QMutex mutex;
+    std::mutex mutex;
     QString lastMessage;
     quint64 lastMessageCount = 0; // repeats in a row of lastMessage after its first occurrence
 
@@ -110,7 +110,7 @@ void myMessageHandler(QtMsgType type, const QMessageLogContext& /*context*/, con
     }
     const QScopedValueRollback<bool> nestedCallsOnlyWrite(handlingOnThisThread, true);
     Handling& shared = handling();
-    const QMutexLocker oneAtATime(&shared.mutex);
+    const std::lock_guard oneAtATime(shared.mutex);
     const QByteArray time = timeStamp();
     writeLine(time, level, msg);
     copyToTable(level, msg);
