@@ -80,7 +80,7 @@ void Stage::open(UiConfig::SystemType systemType, const QString& buttonText)
 QVariant Stage::js(const QString& code) const
 {
     QQmlExpression expression(qmlContext(root()), root(), code);
-    const auto value = expression.evaluate();
+    auto value = expression.evaluate();
     if (expression.hasError())
         qWarning().noquote() << expression.error().toString();
     return value;

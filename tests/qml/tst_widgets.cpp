@@ -153,16 +153,6 @@ private slots:
         stage.js("d.noButtonVisible = false; d.show()");
         QVERIFY(stage.button("Yes") && !stage.button("No"));
     }
-
-    void pageTakesItsParentsPlaceAndGivesItBack()
-    {
-        Stage stage;
-        stage.open("Rectangle { width: 400; height: 300; property int shown: 0\n"
-                   "Widget_MenuPage { id: a; showMenu: true }\n"
-                   "Widget_MenuPage { id: b; mywidth: 50; onMenuActivated: ++shown } }");
-        QVERIFY(stage.is("b.showAsChild(a), b.visible && !a.visible && shown === 1"));
-        QVERIFY(stage.is("b.exitMenu(), a.visible && b.x === -2000 && b.width === 50"));
-    }
 };
 
 DISPENSER_TEST_MAIN(WidgetsTest, QApplication)
