@@ -1,0 +1,23 @@
+#pragma once
+
+#include <vector>
+
+// What the updater takes, as a multiple of a yardstick that is measured beside it.
+struct Figure
+{
+    const char* name;
+    double ratio;
+    double limit;
+};
+
+using Figures = std::vector<Figure>;
+
+// The figures by theme. Each theme needs a fresh dispenser and the virtual screen, writes to the
+// platform tree and throws std::runtime_error when it cannot measure.
+
+Figures startFigures(); // process start and memory, against an empty view
+Figures databaseFigures(); // reads and the restore, against SQLite's C interface
+Figures fileFigures(); // scan, copy and listing, against find, cp and ls
+Figures launchFigures(); // waiting for other programs, against one core
+Figures stallFigures(); // the event loop during an import, against 50 ms
+Figures screenFigures(); // opening the advanced screen, against the update screen

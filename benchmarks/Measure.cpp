@@ -1,0 +1,10 @@
+#include "Measure.h"
+
+#include <algorithm>
+
+double Measure::median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}

@@ -1,0 +1,138 @@
+#include "Figures.h"
+#include "Measure.h"
+#include "Scene.h"
+#include "process/LaunchAsync.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimerEvent>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// The longest time that the event loop took to come round again.
+class StallWatch : public QObject
+{
+public:
+    StallWatch() { startTimer(1, Qt::PreciseTimer); }
+
+    void begin()
+    {
+        m_last = Clock::now();
+        m_longest = {};
+    }
+
+    double longestSeconds()
+    {
+        look();
+        return m_longest.count();
+    }
+
+protected:
+    void timerEvent(QTimerEvent* /*event*/) override { look(); }
+
+private:
+    void look()
+    {
+        const Clock::time_point now = Clock::now();
+        m_longest = std::max<std::chrono::duration<double>>(m_longest, now - m_last);
+        m_last = now;
+    }
+
+    Clock::time_point m_last = Clock::now();
+    std::chrono::duration<double> m_longest {};
+};
+
+void makeImportTakeSeconds(int seconds)
+{
+    QFile faults(QStringLiteral("/opt/Merivon/Simulation/faults"));
+    if (!faults.open(QIODevice::WriteOnly)
+        || faults.write("import delay " + QByteArray::number(seconds) + '\n') < 0)
+        throw std::runtime_error("the import cannot be delayed");
+}
+
+// From the touch of the install button to the import's end, with the message's fade-in.
+double longestStallOfImport(Scene& scene)
+{
+    scene.call("showUpdatePanel");
+    QObject& panel = scene.itemWith("listMedia");
+    const auto firstPackage = [&panel] {
+        return panel.property("softwareListModel").toStringList().filter("quillmark-").value(0);
+    };
+    Scene::runUntil([&] { return !firstPackage().isEmpty(); });
+    scene.call("choose", firstPackage());
+    Scene::runFor(std::chrono::seconds(1));
+
+    bool ended = false;
+    const auto launchers = panel.findChildren<LaunchAsync*>();
+    for (const LaunchAsync* const launcher : launchers)
+        QObject::connect(launcher, &LaunchAsync::endLaunch, &panel, [&ended] { ended = true; });
+    StallWatch watch;
+    watch.begin();
+    const double seconds = Measure::secondsOf([&] {
+        scene.call("install");
+        Scene::runUntil([&ended] { return ended; });
+    });
+    const double longest = watch.longestSeconds();
+    if (seconds < 10)
+        throw std::runtime_error("the import was not delayed");
+    // The install that follows and its message.
+    Scene::runFor(std::chrono::seconds(6));
+    scene.call("showChoicePanel");
+    return longest;
+}
+
+// In the store that the dispenser begins with are two already.
+void addVersions(int count)
+{
+    for (int i = 0; i < count; ++i) {
+        if (!QDir().mkpath(QStringLiteral("/opt/Merivon/Versions/kra-0.%1.00").arg(i + 10)))
+            throw std::runtime_error("the versions cannot be made");
+    }
+}
+
+double secondsToFirstFrame(Scene& scene, const char* open)
+{
+    bool shown = false;
+    const auto connection = QObject::connect(&scene.window(), &QQuickWindow::frameSwapped,
+                                             [&shown] { shown = true; });
+    const double seconds = Measure::secondsOf([&] {
+        scene.call(open);
+        while (!shown)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    });
+    QObject::disconnect(connection);
+    // The update screen scans the media a second after it was opened.
+    Scene::runFor(std::chrono::milliseconds(1500));
+    scene.call("showChoicePanel");
+    Scene::runFor(std::chrono::milliseconds(300));
+    return seconds;
+}
+
+} // namespace
+
+Figures stallFigures()
+{
+    makeImportTakeSeconds(10);
+    Scene scene;
+    std::vector<double> stalls;
+    for (int i = 0; i < 3; ++i)
+        stalls.push_back(longestStallOfImport(scene));
+    return {{"gui-stall", Measure::median(stalls) / 0.050, 1.0}};
+}
+
+Figures screenFigures()
+{
+    addVersions(28);
+    Scene scene;
+    const double ratio = Measure::medianRatio(
+        10, [&] { return secondsToFirstFrame(scene, "showAdvanceOptionsPanel"); },
+        [&] { return secondsToFirstFrame(scene, "showUpdatePanel"); });
+    return {{"advanced-screen", ratio, 3.0}};
+}
