@@ -71,7 +71,7 @@ double discovery()
 // In memory, as the folders that it is copied to: the disk is no matter of ours.
 void fillWithMebibytes(const fs::path& path, int count)
 {
-    const std::string mebibyte(1024 * 1024, 'x');
+    const std::string mebibyte(std::size_t {1024} * 1024, 'x');
     std::ofstream file(path);
     for (int i = 0; i < count; ++i)
         file.write(mebibyte.data(), static_cast<std::streamsize>(mebibyte.size()));

@@ -57,22 +57,29 @@ void makeImportTakeSeconds(int seconds)
         throw std::runtime_error("the import cannot be delayed");
 }
 
-// From the touch of the install button to the import's end, with the message's fade-in.
-double longestStallOfImport(Scene& scene)
+// Opens the update screen and picks the first package that it finds; gives the screen.
+QObject& choosePackage(Scene& scene)
 {
     scene.call("showUpdatePanel");
-    QObject& panel = scene.itemWith("listMedia");
-    const auto firstPackage = [&panel] {
-        return panel.property("softwareListModel").toStringList().filter("quillmark-").value(0);
+    QObject& screen = scene.itemWith("listMedia");
+    const auto firstPackage = [&screen] {
+        return screen.property("softwareListModel").toStringList().filter("quillmark-").value(0);
     };
     Scene::runUntil([&] { return !firstPackage().isEmpty(); });
     scene.call("choose", firstPackage());
     Scene::runFor(std::chrono::seconds(1));
+    return screen;
+}
 
+// From the touch of the install button to the import's end, with the message's fade-in.
+double longestStallOfImport(Scene& scene)
+{
+    const auto launchers = choosePackage(scene).findChildren<LaunchAsync*>();
     bool ended = false;
-    const auto launchers = panel.findChildren<LaunchAsync*>();
+    const QObject untilReturn;
     for (const LaunchAsync* const launcher : launchers)
-        QObject::connect(launcher, &LaunchAsync::endLaunch, &panel, [&ended] { ended = true; });
+        QObject::connect(launcher, &LaunchAsync::endLaunch, &untilReturn,
+                         [&ended] { ended = true; });
     StallWatch watch;
     watch.begin();
     const double seconds = Measure::secondsOf([&] {
@@ -121,9 +128,8 @@ Figures stallFigures()
 {
     makeImportTakeSeconds(10);
     Scene scene;
-    std::vector<double> stalls;
-    for (int i = 0; i < 3; ++i)
-        stalls.push_back(longestStallOfImport(scene));
+    std::vector<double> stalls(3);
+    std::generate(stalls.begin(), stalls.end(), [&] { return longestStallOfImport(scene); });
     return {{"gui-stall", Measure::median(stalls) / 0.050, 1.0}};
 }
 
