@@ -41,6 +41,7 @@ misbehave()
     hang) exec sleep infinity ;;
     die) kill -s "$value" $$ ;;
     silent) exec > /dev/null ;;
+    hold) while [[ -e $value ]]; do sleep 0.02; done ;;
     nul) printf 'before\0between\0after\n' ;;
     flood) yes "a line of a very long output, sixty-four bytes with its line end" |
         head -c "${value}M" ;;
