@@ -1,0 +1,110 @@
+# shellcheck shell=bash disable=SC2154
+# A virtual screen with the updater on it: where its controls are, a hand that touches them and an
+# eye that waits for what should come. Sourced inside the dispenser, with `system` set.
+pictures=/tmp/pictures
+log=/tmp/log
+taken=0
+width=1920 height=1080
+[[ $system != talvogateway ]] || width=800 height=480
+
+# Centres of the controls, by the edges and the middle of the panel that holds them all.
+declare -A control
+layout()
+{
+    local middle=$((width / 2)) centre=$((height / 2))
+    local panel_width=$((width - 50 < 900 ? width - 50 : 900))
+    local panel_height=$((height - 88 < 500 ? height - 88 : 500))
+    local right=$((middle + panel_width / 2)) top=$((centre - panel_height / 2))
+    local list_width=$((panel_width / 2 - 30 < 400 ? panel_width / 2 - 30 : 400))
+    local list=$((right - panel_width + 20 + list_width / 2)) list_top=$((top + 25))
+    local beside_list=$((list + list_width / 2 + (panel_width - list_width - 40) / 2 + 10))
+    # Two wheels, where there is one for firmware, leave the middle to make room for "Back".
+    local wheel=$middle columns=$middle
+    [[ $system != kra ]] || columns=$((right - 493)) wheel=$((right - 673))
+
+    control=(
+        ["update"]="$((middle - 66)) $centre" ["advanced"]="$((middle + 66)) $centre"
+        ["corner"]="$((right - 79)) $((top + panel_height - 59))"
+        ["first entry"]="$list $((list_top + 48))" ["third entry"]="$list $((list_top + 248))"
+        ["install"]="$beside_list $((centre - 15))" ["back"]="$beside_list $((centre + 79))"
+        ["wheel up"]="$wheel $((centre - 104))" ["wheel install"]="$((wheel - 54)) $((centre + 78))"
+        ["wheel remove"]="$((wheel + 54)) $((centre + 78))" ["yes"]="$columns $((top + 174))"
+        ["firmware install"]="$((right - 313)) $((centre + 78))" ["file"]="$columns $((centre + 150))"
+        ["first row"]="$middle $((top + 76))" ["import"]="$((right - 64)) $((top + 190))"
+    )
+}
+
+# point CONTROL: sets x and y.
+point() { read -r x y <<< "${control[$1]}"; }
+
+press() { point "$1" && xdotool mousemove "$x" "$y" click 1; }
+
+# Of one point, 0 to 255.
+brightness() { import -silent -window root -crop "1x1+$1+$2" -depth 8 gray:- | od -An -tu1; }
+
+# A button's corner is free of its label: white when it can be used, grey when it cannot.
+corner() { point "$1" && brightness $((x - 38)) $((y - 17)); }
+offers() { (($(corner "$1") > 200)); }
+refuses() { (($(corner "$1") / 64 == 1 || $(corner "$1") / 64 == 2)); }
+
+# At the left edge, where nothing else ever is: a message bar darkens the lower one of two points, a
+# message on the whole screen both.
+message() { (($(brightness 16 $((height - 61))) < 10)); }
+no_message() { (($(brightness 16 $((height - 61))) > 30)); }
+full_message() { message && (($(brightness 16 60) < 10)); }
+bar() { message && ! full_message; }
+
+# A checksum of everything but the strip where the busy bar runs.
+look()
+{
+    import -silent -window root -depth 8 rgb:- | {
+        head -c $((3 * width * (height / 2 + 12)))
+        head -c $((3 * width * 40)) > /dev/null
+        cat
+    } | cksum
+}
+still() { local before; before=$(look); sleep 0.1; [[ $(look) == "$before" ]]; }
+other_than() { [[ $(look) != "$1" ]]; }
+
+# picture NAME CONDITION [ARG...]: once the condition holds and nothing moves any more.
+picture()
+{
+    await "${@:2}"
+    await still
+    ((++taken))
+    import -silent -window root "$(printf '%s/%02d-%s.png' "$pictures" "$taken" "$1")"
+}
+
+step() { printf '%3d s  %s\n' "$SECONDS" "$*"; }
+
+expect() { "$@" || fail "$@"; }
+
+fail()
+{
+    import -silent -window root "$pictures/failed.png"
+    printf 'FAILED: expected: %s\nThe picture "failed" shows the screen. The end of the log:\n' "$*"
+    tail -n 25 "$log"
+    exit 1
+}
+
+# await CONDITION [ARG...]: long enough for a sanitizer's pace.
+await()
+{
+    local end=$((SECONDS + 60))
+    until "$@"; do
+        ((SECONDS < end)) || fail "$@"
+        kill -0 "$updater" 2> /dev/null || fail "$@" "(the updater has ended)"
+        sleep 0.05
+    done
+}
+
+# A number of its own for the screen: other screens of this machine can be reached from in here.
+start_screen()
+{
+    export DISPLAY=:$((1000 + RANDOM)) QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software
+    mkdir -p "$pictures"
+    exec {ready}<> <(:)
+    Xvfb "$DISPLAY" -displayfd "$ready" -screen 0 "${width}x${height}x24" 2> /tmp/screen.log &
+    read -r -t 20 <&"$ready" || { cat /tmp/screen.log; exit 1; }
+    layout
+}
