@@ -138,6 +138,11 @@ void UiConfig::applyDefaults(int kind)
     m_mainGradient = false;
     for (const Tables::Default& each : Tables::defaults)
         this->*each.field = each.ofKind[kind];
+    setOwnWifiFccId();
+}
+
+void UiConfig::setOwnWifiFccId()
+{
     if (m_systemType == TALVO)
         m_wifiFccId = QStringLiteral("ZT51830KB");
 }
@@ -149,8 +154,7 @@ bool UiConfig::readFromDb()
     TableDictionary dictionary(nullptr);
     setSystemModel(dictionary.getDictionaryValue(QStringLiteral("systemModel"), m_systemModel));
     m_system_Model = QString(m_systemModel).replace(' ', '_');
-    if (m_systemType == TALVO)
-        m_wifiFccId = QStringLiteral("ZT51830KB");
+    setOwnWifiFccId(); // no setting overrides it, and what the scene wrote does not last
     for (const Tables::Override& each : Tables::geometry) {
         if (each.onGateway || m_systemType != TALVOGATEWAY)
             readOverride(dictionary, each.name, each.field, each.changed);

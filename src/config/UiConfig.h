@@ -48,6 +48,7 @@ public:
     Q_PROPERTY(int mainHeight MEMBER m_mainHeight WRITE setMainHeight NOTIFY mainHeightChanged)
     Q_PROPERTY(int mainXoffset MEMBER m_mainXoffset WRITE setMainXoffset NOTIFY mainXoffsetChanged)
     Q_PROPERTY(int mainYoffset MEMBER m_mainYoffset WRITE setMainYoffset NOTIFY mainYoffsetChanged)
+    // Whether the platform's main screen has a gradient, and how many barrels the dispenser has.
     Q_PROPERTY(bool mainGradient MEMBER m_mainGradient WRITE setMainGradient NOTIFY mainGradientChanged)
     Q_PROPERTY(int numBarrels MEMBER m_numBarrels WRITE setNumBarrels NOTIFY numBarrelsChanged)
     // The model name as it is shown, "KRA Pro" for one, and with underscores in place of blanks.
@@ -138,6 +139,7 @@ public:
     Q_INVOKABLE bool readFromDb();
 
 private:
+    void setOwnWifiFccId();
     using ChangeSignal = void (UiConfig::*)();
     struct Tables;
 

@@ -23,9 +23,13 @@ QSqlDatabase threadConnection()
     return QSqlDatabase::database(DatabaseBase::connectionName(), false);
 }
 
-void registerConnection(const QString& path)
+void registerConnection()
 {
+    if (registered && threadConnection().isValid())
+        return;
     const QString name = DatabaseBase::connectionName();
+    const QString path
+        = QDir::toNativeSeparators(DatabaseFiles::sharedFolder + DatabaseFiles::sharedFile);
     if (QSqlDatabase::contains(name))
         QSqlDatabase::removeDatabase(name);
     qDebug() << "threadDatabaseConnection created " << path;
@@ -36,13 +40,13 @@ void registerConnection(const QString& path)
 void logTiming(const QElapsedTimer& timer, const char* event)
 {
     if (DatabaseBase::_debug)
-        qDebug() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName() << event;
+        LogLine() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName() << event;
 }
 
 void logEmptyLine()
 {
     if (DatabaseBase::_debug)
-        qDebug() << "";
+        LogLine() << "";
 }
 
 } // namespace
@@ -64,9 +68,7 @@ DatabaseBase::DatabaseBase(QObject* parent) : QObject(parent)
     const QDir folder(DatabaseFiles::sharedFolder);
     if (!folder.exists())
         folder.mkpath(QStringLiteral("."));
-    if (!registered || !threadConnection().isValid())
-        registerConnection(
-            QDir::toNativeSeparators(DatabaseFiles::sharedFolder + DatabaseFiles::sharedFile));
+    registerConnection();
 }
 
 DatabaseBase::~DatabaseBase()
@@ -86,6 +88,7 @@ bool DatabaseBase::openDatabase()
     QElapsedTimer timer;
     timer.start();
     logEmptyLine();
+    registerConnection(); // the object may have been made on another thread
     QSqlDatabase connection = threadConnection();
     if (connection.isOpen()) {
         logTiming(timer, "DB: IS OPEN");

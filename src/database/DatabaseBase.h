@@ -39,8 +39,9 @@ public:
     // signed decimal number.
     static QString connectionName();
 
-    // Opens the connection and gives it its key, if it is not open already. True when it is open
-    // afterwards; the key is given, and checked by the first statement only, in any case.
+    // Opens the connection if it is not open already, and gives it its key. True when it is open
+    // afterwards. The key is given also after a failed opening; that it is the wrong one shows in
+    // the statements that follow.
     bool openDatabase();
     // Closes the connection at once. True when it is still open afterwards, that is, on failure.
     bool closeDatabase();
@@ -74,7 +75,7 @@ public:
     // The maintenance operations keep the shared database in line with the defaults database of the
     // current version, "/opt/Merivon/Versions/Merivon-current/Database/merivon_defaults.db". Each
     // holds the connection open from its first statement to its last, since closing it would end
-    // the attachment, and closes it then; genericTableExists leaves it open.
+    // the attachment, and closes it then; the two tests for existence leave it open.
 
     // Whether the shared database has the table; false also on failure.
     Q_INVOKABLE bool genericTableExists(QString table);
@@ -86,11 +87,11 @@ public:
     Q_INVOKABLE bool genericDropTable(QString table);
     // Replaces the table by the defaults' definition and rows; its own rows are lost. False when
     // it could not be made. Without the defaults' definition nothing is dropped, and a process that
-    // dies on the way leaves the table as it was.
+    // dies on the way leaves the table as it was. A definition that SQLite refuses leaves no table.
     Q_INVOKABLE bool genericRestoreTable(QString table);
     // Adds the columns that the defaults have and the table lacks; restores a table that is missing
-    // or cannot be aligned by adding alone. False when the defaults cannot be read or the change
-    // fails; the table is then as it was.
+    // or cannot be aligned by adding alone. False when the defaults cannot be read, with the table
+    // as it was, or when the restore or the last of the additions fails.
     Q_INVOKABLE bool genericUpdateTable(QString table);
 
     // When set, each opening, closing, preparing and executing writes its duration to the log.
@@ -119,8 +120,10 @@ private:
     // Closes the connection unless something further up on this thread holds it open.
     void closeUnlessHeld();
 
+    enum class Replaced { Created, NotCreated, NotDropped };
+
     bool dropTable(const QString& table, const QString& qualifiedName);
-    bool replaceTable(const QString& table);
-    bool createFromDefaults(const QString& table);
+    Replaced replaceTable(const QString& table, const QString& query, const QString& definition);
+    bool beginWriting();
     bool alignTable(const QString& table, const QString& actual, const QString& expected);
 };

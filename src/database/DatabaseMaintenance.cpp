@@ -1,6 +1,7 @@
 #include "database/DatabaseBase.h"
 
 #include "database/DatabaseFiles.h"
+#include "database/LogLine.h"
 #include "database/SqlQuery.h"
 #include "database/SystemMessage.h"
 
@@ -14,7 +15,8 @@ namespace {
 using Definitions = QMap<QString, QString>;
 
 // The parts of a CREATE statement by their first word. The statement's own beginning is one of
-// them; it is the same on both sides of a comparison.
+// them; it is the same on both sides of a comparison. Kept: only blanks around the separators are
+// dropped, so the defaults' statements must each stand on one line.
 Definitions definitionsOf(const QString& createStatement)
 {
     static const QRegularExpression separator(QStringLiteral(" *[(,)] *"));
@@ -36,6 +38,13 @@ Definitions additionsTo(Definitions current, const Definitions& wanted)
     }
     current.insert(additions);
     return current == wanted ? additions : Definitions();
+}
+
+void logCreation(const QString& query, const QString& definition, bool created)
+{
+    LogLine() << "s" << query;
+    LogLine() << "query: " << definition;
+    LogLine() << QStringLiteral("result: %1").arg(created ? 1 : 0);
 }
 
 QString definitionQuery(const QString& schema, const QString& table)
@@ -65,6 +74,7 @@ QString DatabaseBase::attachStatement()
 
 bool DatabaseBase::attachDefaults()
 {
+    // Once, also where the connection has just been opened: the driver ignores a repeated key.
     genericQuery(DatabaseFiles::keyStatement);
     // SQLite would make the missing file, and attach it empty.
     return QFileInfo(DatabaseFiles::defaultsFolder + DatabaseFiles::defaultsFile).isFile()
@@ -119,10 +129,10 @@ bool DatabaseBase::genericDropTable(QString table)
 
 bool DatabaseBase::dropTable(const QString& table, const QString& qualifiedName)
 {
-    qDebug() << "DROPPING TABLE " << table;
+    LogLine() << "DROPPING TABLE " << table;
     const bool dropped = genericQuery(QStringLiteral("DROP TABLE IF EXISTS %1").arg(qualifiedName));
     if (!dropped)
-        qDebug() << "failed to drop table";
+        LogLine() << "failed to drop table";
     return dropped;
 }
 
@@ -130,50 +140,57 @@ bool DatabaseBase::genericRestoreTable(QString table)
 {
     const MaintenanceConnection connection(*this);
     qDebug() << "RESTORING TABLE " << table << " FROM DEFAULT";
-    // Attached before the drop, and asked for the definition: a table that cannot be made again
-    // must not be dropped.
     if (!attachDefaults()) {
         qDebug() << "unable to attach default database";
         closeDatabase();
         return false;
     }
-    const bool known = !genericGetColumn(definitionQuery(QStringLiteral("defaults."), table))
-                            .toString()
-                            .isEmpty();
-    const bool restored = known ? replaceTable(table) : createFromDefaults(table);
+    const QString query = definitionQuery(QStringLiteral("defaults."), table);
+    const QString definition = genericGetColumn(query).toString();
+    // What cannot be made again must not be dropped.
+    const Replaced replaced
+        = definition.isEmpty() ? Replaced::NotCreated : replaceTable(table, query, definition);
+    if (definition.isEmpty())
+        logCreation(query, definition, false);
     detachDefaults();
-    qDebug() << "restore complete";
-    return restored;
+    if (replaced != Replaced::NotDropped)
+        qDebug() << "restore complete";
+    return replaced == Replaced::Created;
 }
 
-bool DatabaseBase::replaceTable(const QString& table)
+// Power may fail at any moment: the table is to be as before or restored, never dropped or empty.
+DatabaseBase::Replaced DatabaseBase::replaceTable(const QString& table, const QString& query,
+                                                  const QString& definition)
 {
-    // Power may fail at any moment: the table is to be as before or restored, never dropped or
-    // empty. Immediate, since waiting for a lock with a read lock in hand could last for ever.
-    if (!genericQuery(QStringLiteral("BEGIN IMMEDIATE")))
-        return false;
+    const LogLine::Deferral nothingLoggedInTheTransaction;
+    if (!beginWriting())
+        return Replaced::NotDropped;
     // Qualified: without a schema the drop would reach the defaults' table when ours is missing.
     if (!dropTable(table, QLatin1String("main.") + table)) {
         genericQuery(QStringLiteral("ROLLBACK"));
-        return false;
+        return Replaced::NotDropped;
     }
-    const bool created = createFromDefaults(table);
-    genericQuery(QStringLiteral("COMMIT"));
-    return created;
+    const bool created = genericQuery(definition);
+    logCreation(query, definition, created);
+    genericQuery(QStringLiteral("INSERT INTO main.%1 SELECT * FROM defaults.%1;").arg(table));
+    if (genericQuery(QStringLiteral("COMMIT")))
+        return created ? Replaced::Created : Replaced::NotCreated;
+    genericQuery(QStringLiteral("ROLLBACK"));
+    return Replaced::NotCreated;
 }
 
-bool DatabaseBase::createFromDefaults(const QString& table)
+// Begins a transaction with the write lock of the shared database in hand, since waiting for it
+// later, with a read lock in hand, could last for ever. BEGIN IMMEDIATE would lock the attached
+// database too, which need not be writable, and spread the transaction over two files.
+bool DatabaseBase::beginWriting()
 {
-    const QString query = definitionQuery(QStringLiteral("defaults."), table);
-    qDebug() << "s" << query;
-    const QString definition = genericGetColumn(query).toString();
-    qDebug() << "query: " << definition;
-    const bool created = genericQuery(definition);
-    qDebug() << QStringLiteral("result: %1").arg(created ? 1 : 0);
-    if (created) {
-        genericQuery(QStringLiteral("INSERT INTO main.%1 SELECT * FROM defaults.%1;").arg(table));
-    }
-    return created;
+    if (!genericQuery(QStringLiteral("BEGIN")))
+        return false;
+    // Takes the lock and, in a database without auto-vacuum, does nothing else.
+    if (genericQuery(QStringLiteral("PRAGMA main.incremental_vacuum(1)")))
+        return true;
+    genericQuery(QStringLiteral("ROLLBACK"));
+    return false;
 }
 
 bool DatabaseBase::genericUpdateTable(QString table)

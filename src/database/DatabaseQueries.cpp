@@ -14,8 +14,8 @@ bool run(SqlQuery& query, const QString& sql)
 
 void logFailure(const char* helper, const QString& what, SqlQuery& query)
 {
-    qDebug() << "Error:" << helper << what;
-    qDebug() << "!!! query failed: " << query->lastError() << " !!!";
+    LogLine() << "Error:" << helper << what;
+    LogLine() << "!!! query failed: " << query->lastError() << " !!!";
 }
 
 // Runs the SQL and hands every row to readRow.

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "database/DatabaseBase.h"
+#include "database/LogLine.h"
 
-#include <QDebug>
 #include <QElapsedTimer>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -64,11 +64,11 @@ private:
         timer.start();
         const bool prepared = m_query->prepare(sql);
         if (DatabaseBase::_debug) {
-            qDebug() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName()
-                     << "SQL: prepared" << prepared << sql;
+            LogLine() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName()
+                      << "SQL: prepared" << prepared << sql;
         }
         if (m_query->lastError().isValid())
-            qWarning() << "SQLERROR:" << m_query->lastError().text();
+            LogLine(QtWarningMsg) << "SQLERROR:" << m_query->lastError().text();
         return prepared;
     }
 
@@ -78,13 +78,13 @@ private:
         timer.start();
         m_result = m_query->exec();
         if (DatabaseBase::_debug) {
-            qDebug() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName()
-                     << "SQL: executed " << m_result;
+            LogLine() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName()
+                      << "SQL: executed " << m_result;
         }
         if (!m_result) {
             // "/n" is what the platform's log readers look for; it was never a line break.
-            qCritical() << "SQLERROR: [" << timer.elapsed() << "ms]"
-                        << DatabaseBase::connectionName() << "/n" << m_statement;
+            LogLine(QtCriticalMsg) << "SQLERROR: [" << timer.elapsed() << "ms]"
+                                   << DatabaseBase::connectionName() << "/n" << m_statement;
         }
         return m_result;
     }

@@ -15,9 +15,10 @@ public:
     // with an apostrophe is not stored.
     static bool insertSystemMessage(const QString& name, const QString& type, const QString& msg);
 
-    // A page of rows as a QVariantList, each row a QVariantList of type, name, date and msg. The
-    // filter "All" takes every type or name; the order column and direction ("ASC", "DESC") are
-    // put into the statement as they are. An empty list on failure.
+    // A page of at most limit rows (all for a negative one) from row offset on, as a QVariantList,
+    // each row a QVariantList of type, name, date and msg. The filter "All" takes every type or
+    // name; the order column and direction ("ASC", "DESC") are put into the statement as they are.
+    // An empty list on failure.
     QVariant getSystemMessages(const int& limit, const int& offset, const QString& type,
                                const QString& name, const QString& orderColumn,
                                const QString& orderDirection);
@@ -26,7 +27,8 @@ public:
     bool clearSystemMessages();
     // The number of rows; 0 on failure.
     int getNumberOfEntries();
-    // Deletes the count oldest rows and gives their space back; whether the deletion succeeded.
+    // Deletes the count oldest rows, all for a negative count, and gives their space back; whether
+    // the deletion succeeded.
     bool cleanEntries(const int& count);
 
     // Makes the table from the defaults when it is missing; whether it is there afterwards.

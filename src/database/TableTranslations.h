@@ -18,10 +18,11 @@ public:
     // Reads the language and marks the row that holds the table's version as used.
     explicit TableTranslations(QObject* parent = nullptr);
 
-    // The text of a key in the current language. An unknown key is added to the table, and its
-    // first look-up by anyone marks it as used. The key itself when there is no text for it or the
-    // database cannot be read; never empty for a key that is not. "KeyCloseDatabase" closes the
-    // connection, so that an installation can replace the database file.
+    // The text of a key in the current language. The first look-up of a known key marks its row as
+    // used; an unknown key is added, marked already, and so is, again and again, any key while the
+    // language or the table is wrong. The key itself when there is no text for it or the database
+    // cannot be read; never empty for a key that is not. "KeyCloseDatabase" closes the connection,
+    // so that an installation can replace the database file.
     Q_INVOKABLE QString lookUp(QString key);
 
     // Reads the setting "language" again, a column name of the table such as "english"; to be

@@ -47,6 +47,22 @@ int setKey(sqlite3* database, const QByteArray& key)
     return sqlite3_key(database, key.constData(), key.size());
 }
 
+// Attaches a file with a key as it is, raw or a pass phrase; SQLite's result code.
+int attachWithKey(sqlite3* database, const QByteArray& file, const QByteArray& schema,
+                  const QByteArray& key)
+{
+    sqlite3_stmt* statement = nullptr;
+    int code = sqlite3_prepare_v2(database, "ATTACH ?1 AS ?2 KEY ?3", -1, &statement, nullptr);
+    if (code != SQLITE_OK)
+        return code;
+    sqlite3_bind_text(statement, 1, file.constData(), file.size(), SQLITE_STATIC);
+    sqlite3_bind_text(statement, 2, schema.constData(), schema.size(), SQLITE_STATIC);
+    sqlite3_bind_text(statement, 3, key.constData(), key.size(), SQLITE_STATIC);
+    code = sqlite3_step(statement);
+    sqlite3_finalize(statement); // keeps the message
+    return code == SQLITE_DONE ? SQLITE_OK : code;
+}
+
 // Reads the head of the file: SQLITE_NOTADB when the key is wrong.
 int probe(sqlite3* database)
 {
@@ -76,7 +92,6 @@ bool SqlCipherDriver::hasFeature(DriverFeature feature) const
     case Unicode:
     case FinishQuery:
     case SimpleLocking:
-    case LowPrecisionNumbers:
         return true;
     default:
         return false;
@@ -233,27 +248,17 @@ int SqlCipherDriver::giveKey(const QByteArray& passPhrase)
     return setKey(m_database, passPhrase);
 }
 
-QByteArray SqlCipherDriver::keyFor(const QByteArray& salt) const
-{
-    return salt.isEmpty() ? m_passPhrase : KeyCache::instance().rawKey(m_passPhrase, salt);
-}
-
 int SqlCipherDriver::attach(const QByteArray& file, const QByteArray& schema)
 {
     // Without a key of its own the file would get the raw key, and with it the salt, of this
     // connection's file. An unencrypted connection attaches unencrypted files: the empty key.
     const QByteArray salt = saltOfFile(file);
-    const QByteArray key = m_passPhrase.isEmpty() ? QByteArray() : keyFor(salt);
-    sqlite3_stmt* statement = nullptr;
-    int code = sqlite3_prepare_v2(m_database, "ATTACH ?1 AS ?2 KEY ?3", -1, &statement, nullptr);
-    if (code != SQLITE_OK)
+    if (salt.isEmpty() || m_passPhrase.isEmpty())
+        return attachWithKey(m_database, file, schema, m_passPhrase);
+    const int code
+        = attachWithKey(m_database, file, schema, KeyCache::instance().rawKey(m_passPhrase, salt));
+    if (code != SQLITE_NOTADB)
         return code;
-    sqlite3_bind_text(statement, 1, file.constData(), file.size(), SQLITE_STATIC);
-    sqlite3_bind_text(statement, 2, schema.constData(), schema.size(), SQLITE_STATIC);
-    sqlite3_bind_text(statement, 3, key.constData(), key.size(), SQLITE_STATIC);
-    code = sqlite3_step(statement);
-    if (code == SQLITE_NOTADB && !salt.isEmpty())
-        KeyCache::instance().forget(m_passPhrase, salt);
-    sqlite3_finalize(statement); // keeps the message
-    return code == SQLITE_DONE ? SQLITE_OK : code;
+    KeyCache::instance().forget(m_passPhrase, salt);
+    return attachWithKey(m_database, file, schema, m_passPhrase);
 }

@@ -47,7 +47,6 @@ private:
     int giveKey(const QByteArray& passPhrase);
     int attach(const QByteArray& file, const QByteArray& schema);
 
-    QByteArray keyFor(const QByteArray& salt) const;
     bool execute(const char* sql, const char* what);
     QSqlRecord columnsOf(const QString& table, bool primaryKeyOnly) const;
 

@@ -87,10 +87,16 @@ bool SqlCipherResult::prepare(const QString& sql)
 
 bool SqlCipherResult::prepareAction(const QString& sql)
 {
-    if (const auto passPhrase = KeyStatements::passPhraseOf(sql))
-        m_action = [this, key = *passPhrase] { return m_driver->giveKey(key); };
-    else if (const auto attachment = KeyStatements::attachmentOf(sql))
-        m_action = [this, it = *attachment] { return m_driver->attach(it.file, it.schema); };
+    if (const auto passPhrase = KeyStatements::passPhraseOf(sql)) {
+        m_action = [this, key = *passPhrase] {
+            return m_driver->giveKey(key) == SQLITE_OK || fail("Unable to give the key");
+        };
+    } else if (const auto attachment = KeyStatements::attachmentOf(sql)) {
+        m_action = [this, it = *attachment] {
+            return m_driver->attach(it.file, it.schema) == SQLITE_OK
+                || fail("Unable to attach database");
+        };
+    }
     return m_action != nullptr;
 }
 
@@ -101,15 +107,10 @@ bool SqlCipherResult::exec()
     setLastError(QSqlError());
     setAt(QSql::BeforeFirstRow);
     setActive(false);
-    return m_action ? execAction() : execStatement();
-}
-
-bool SqlCipherResult::execAction()
-{
-    if (m_action() != SQLITE_OK)
-        return fail("Unable to give the key");
-    setActive(true);
-    return true;
+    if (!m_action)
+        return execStatement();
+    setActive(m_action());
+    return isActive();
 }
 
 bool SqlCipherResult::execStatement()
@@ -132,8 +133,8 @@ bool SqlCipherResult::bindValues()
     const int parameters = sqlite3_bind_parameter_count(m_statement);
     for (int i = 1; i <= parameters; ++i) {
         const char* name = sqlite3_bind_parameter_name(m_statement, i);
-        const bool positional = name == nullptr || *name == '?';
-        const QVariant value = positional ? boundValue(i - 1) : boundValue(QString::fromUtf8(name));
+        // Named in any case: Qt gives each "?" a name of its own.
+        const QVariant value = boundValue(QString::fromUtf8(name));
         if (bindSqlCipherValue(m_statement, i, value) != SQLITE_OK)
             return fail("Unable to bind parameters");
     }
@@ -249,7 +250,7 @@ void SqlCipherResult::detachFromResultSet()
 QVariant::Type SqlCipherResult::typeOf(const QString& declaredType)
 {
     const QString type = declaredType.toLower();
-    if (type.startsWith(QLatin1String("int")) || type == QLatin1String("bool"))
+    if (type.contains(QLatin1String("int")) || type.startsWith(QLatin1String("bool")))
         return QVariant::LongLong;
     if (type == QLatin1String("real") || type.startsWith(QLatin1String("double"))
         || type.startsWith(QLatin1String("float")) || type.startsWith(QLatin1String("numeric")))

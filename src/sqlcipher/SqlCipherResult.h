@@ -48,7 +48,6 @@ protected:
 private:
     bool hasColumn(int column) const;
     bool prepareAction(const QString& sql);
-    bool execAction();
     bool execStatement();
     bool bindValues();
     bool step();
@@ -57,7 +56,7 @@ private:
 
     SqlCipherDriver* m_driver; // null once the driver is gone
     sqlite3_stmt* m_statement = nullptr;
-    std::function<int()> m_action; // what stands in for a statement that gives a key
+    std::function<bool()> m_action; // what stands in for a statement that gives a key
     bool m_rowAhead = false; // exec has stepped to the first row already
     int m_rowsAffected = -1;
 };

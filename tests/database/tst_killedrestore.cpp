@@ -4,6 +4,7 @@
 #include "database/DatabaseBase.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QProcess>
 #include <QRandomGenerator>
 
@@ -73,6 +74,8 @@ private slots:
             QVERIFY(database.genericUpdateTable("t"));
             QCOMPARE(database.genericGetColumn("SELECT count(*) FROM t").toInt(), 500);
             QVERIFY(database.genericColumnExists("t", "b"));
+            QCOMPARE(QDir("/opt/Merivon/Database").entryList({"*-mj*"}, QDir::Files),
+                     QStringList());
         }
     }
 };

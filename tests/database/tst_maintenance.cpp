@@ -2,6 +2,8 @@
 #include "ExternalLock.h"
 #include "LogCapture.h"
 
+#include "app/Logger.h"
+#include "app/MessageHandler.h"
 #include "database/DatabaseBase.h"
 #include "database/TableDictionary.h"
 #include "database/TableMessages.h"
@@ -9,6 +11,9 @@
 
 #include <QCoreApplication>
 #include <QFile>
+
+#include <atomic>
+#include <thread>
 
 // Tables kept in line with the defaults database, made here as another program makes it.
 class TestMaintenance : public QObject
@@ -116,10 +121,12 @@ private slots:
             Dispenser::writeFile(file, "");
         else if (defaults == "garbage")
             Dispenser::writeFile(file, QByteArray(4096, 'x'));
-        else if (defaults == "key")
-            Dispenser::sql("PRAGMA rekey='other'", (makeDefaults(defaultsTable()), file));
         else if (defaults == "table")
             makeDefaults("CREATE TABLE other (id)");
+        else if (defaults == "key") {
+            makeDefaults(defaultsTable());
+            Dispenser::sql("PRAGMA rekey='other'", file);
+        }
         Dispenser::sql("CREATE TABLE t (id); INSERT INTO t VALUES (7)");
         DatabaseBase database;
         const LogCapture log;
@@ -130,6 +137,35 @@ private slots:
         QCOMPARE(rows(), QString("7"));
         QCOMPARE(QFile::exists(file), defaults != "missing");
         QVERIFY(!TableTranslations().initializeTable());
+    }
+
+    void aReadOnlyDefaultsFileServesAndAViewOfTheNameStays()
+    {
+        QFile::setPermissions(Dispenser::defaultsDatabase, QFile::ReadOwner);
+        QVERIFY(DatabaseBase().genericRestoreTable("t"));
+        Dispenser::sql("DROP TABLE t; CREATE VIEW t AS SELECT 'view'");
+        const LogCapture log;
+        QVERIFY(!DatabaseBase().genericRestoreTable("t"));
+        QVERIFY(log.has("failed to drop table") && !log.has("restore complete"));
+        QCOMPARE(rows(), QString("view"));
+        Dispenser::sql("DROP VIEW t");
+    }
+
+    void aRestoreAndALogThatIsCopiedToTheDatabaseDoNotWaitForEachOther()
+    {
+        Logger::logDevMessages = true;
+        const auto previous = qInstallMessageHandler(myMessageHandler);
+        std::atomic<bool> stop {false};
+        std::thread logging([&] {
+            for (int line = 0; !stop; ++line)
+                qWarning() << line;
+        });
+        for (int restore = 0; restore < 20; ++restore)
+            QVERIFY(DatabaseBase().genericRestoreTable("t"));
+        stop = true;
+        logging.join();
+        qInstallMessageHandler(previous);
+        Logger::logDevMessages = false;
     }
 
     void aRestoreWaitsForALock()
