@@ -104,9 +104,11 @@ QQuickItem* Stage::button(const QString& text) const
 
 bool Stage::tap(const QQuickItem* item)
 {
-    if (item)
-        tap(item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
-    return item;
+    if (!item)
+        return false;
+    QTest::qWait(30); // positioners place their items with the next frame
+    tap(item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+    return true;
 }
 
 void Stage::tap(const QPoint& point)
