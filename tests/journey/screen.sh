@@ -3,6 +3,7 @@
 # eye that waits for what should come. Sourced inside the dispenser, with `system` set.
 pictures=/tmp/pictures
 log=/tmp/log
+screen=/tmp/screen.rgb
 taken=0
 width=1920 height=1080
 [[ $system != talvogateway ]] || width=800 height=480
@@ -39,8 +40,12 @@ point() { read -r x y <<< "${control[$1]}"; }
 
 press() { point "$1" && xdotool mousemove "$x" "$y" click 1; }
 
+# All that is asked about the screen is asked about the last grab of it.
+grab() { import -silent -window root -depth 8 "$screen"; }
+save() { ((++taken)) && convert -size "${width}x$height" -depth 8 "$screen" "$(printf '%s/%02d-%s.png' "$pictures" "$taken" "$1")"; }
+
 # Of one point, 0 to 255.
-brightness() { import -silent -window root -crop "1x1+$1+$2" -depth 8 gray:- | od -An -tu1; }
+brightness() { od -An -tu1 -j $((3 * (width * $2 + $1))) -N 1 "$screen"; }
 
 # A button's corner is free of its label: white when it can be used, grey when it cannot.
 corner() { point "$1" && brightness $((x - 38)) $((y - 17)); }
@@ -49,30 +54,37 @@ refuses() { (($(corner "$1") / 64 == 1 || $(corner "$1") / 64 == 2)); }
 
 # At the left edge, where nothing else ever is: a message bar darkens the lower one of two points, a
 # message on the whole screen both.
-message() { (($(brightness 16 $((height - 61))) < 10)); }
+message() { (($(brightness 16 $((height - 61))) < 7)); }
 no_message() { (($(brightness 16 $((height - 61))) > 30)); }
-full_message() { message && (($(brightness 16 60) < 10)); }
+full_message() { message && (($(brightness 16 60) < 7)); }
 bar() { message && ! full_message; }
 
 # A checksum of everything but the strip where the busy bar runs.
 look()
 {
-    import -silent -window root -depth 8 rgb:- | {
+    {
         head -c $((3 * width * (height / 2 + 12)))
         head -c $((3 * width * 40)) > /dev/null
         cat
-    } | cksum
+    } < "$screen" | cksum
 }
-still() { local before; before=$(look); sleep 0.1; [[ $(look) == "$before" ]]; }
 other_than() { [[ $(look) != "$1" ]]; }
 
-# picture NAME CONDITION [ARG...]: once the condition holds and nothing moves any more.
+# picture NAME CONDITION [ARG...]: of a moment when the condition holds, and nothing moves any more
+# unless the moment passes first.
 picture()
 {
+    local now before=
     await "${@:2}"
-    await still
-    ((++taken))
-    import -silent -window root "$(printf '%s/%02d-%s.png' "$pictures" "$taken" "$1")"
+    while now=$(look) && [[ $now != "$before" ]]; do
+        before=$now
+        mv "$screen" "$screen.kept"
+        sleep 0.1
+        grab
+        "${@:2}" || break
+    done
+    mv "$screen.kept" "$screen"
+    save "$1"
 }
 
 step() { printf '%3d s  %s\n' "$SECONDS" "$*"; }
@@ -81,9 +93,10 @@ expect() { "$@" || fail "$@"; }
 
 fail()
 {
-    import -silent -window root "$pictures/failed.png"
+    grab
+    save failed
     printf 'FAILED: expected: %s\nThe picture "failed" shows the screen. The end of the log:\n' "$*"
-    tail -n 25 "$log"
+    tail -n 40 "$log"
     exit 1
 }
 
@@ -91,20 +104,20 @@ fail()
 await()
 {
     local end=$((SECONDS + 60))
-    until "$@"; do
+    until grab && "$@"; do
         ((SECONDS < end)) || fail "$@"
         kill -0 "$updater" 2> /dev/null || fail "$@" "(the updater has ended)"
         sleep 0.05
     done
 }
 
-# A number of its own for the screen: other screens of this machine can be reached from in here.
+# The screen stays as it is when a client leaves and no other is there yet.
 start_screen()
 {
-    export DISPLAY=:$((1000 + RANDOM)) QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software
     mkdir -p "$pictures"
     exec {ready}<> <(:)
-    Xvfb "$DISPLAY" -displayfd "$ready" -screen 0 "${width}x${height}x24" 2> /tmp/screen.log &
-    read -r -t 20 <&"$ready" || { cat /tmp/screen.log; exit 1; }
+    Xvfb -displayfd "$ready" -noreset -screen 0 "${width}x${height}x24" 2> /tmp/screen.log &
+    read -r -t 20 DISPLAY <&"$ready" || { cat /tmp/screen.log; exit 1; }
+    export DISPLAY=:$DISPLAY QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software
     layout
 }
