@@ -22,7 +22,7 @@ class SceneTest : public QObject
         for (const auto& each : {package, image, foreignImage})
             stage.manager.packages << "/media/" + each;
         stage.open(UiConfig::TALVO, "Update Software");
-        QTRY_VERIFY_WITH_TIMEOUT(stage.button(name), 1500);
+        QTRY_VERIFY(stage.button(name));
         QVERIFY(stage.tap(name));
         QVERIFY(isInstallOn(stage));
     }
@@ -72,7 +72,7 @@ private slots:
         const auto scan = [&stage](const QString& text) {
             QVERIFY(stage.shows("Scanning, please wait...") && !isInstallOn(stage));
             QVERIFY(stage.shows("Current software version is: 1.03.00"));
-            QTRY_VERIFY_WITH_TIMEOUT(stage.shows(text), 1500);
+            QTRY_VERIFY(stage.shows(text));
             QVERIFY(!stage.shows("Scanning, please wait...") && !isInstallOn(stage));
         };
         stage.open(UiConfig::TALVOGATEWAY, "Update Software");
@@ -237,27 +237,6 @@ private slots:
         QVERIFY(stage.tap("Back") && stage.tap("Advanced Options") && stage.tap("Remove"));
         QVERIFY(stage.button("Yes") && stage.tap("Back") && stage.tap("Advanced Options"));
         QVERIFY(!stage.button("Yes") && stage.scripts.commands.isEmpty());
-    }
-
-    void fileIsImportedThroughTheDialog()
-    {
-        Stage stage;
-        const QString top = Dispenser::mediaFolder().chopped(1);
-        Dispenser::writeFile(top + "/STICK/folder/" + package, "x");
-        stage.open(UiConfig::TALVO, "Advanced Options");
-        QVERIFY(stage.tap("Import New Software") && !stage.button("Back"));
-        for (const auto& entry : {QString("STICK"), QString("folder"), package}) {
-            QVERIFY(!stage.button("Import")->isEnabled());
-            QTRY_VERIFY(stage.button(entry));
-            QVERIFY(stage.tap(entry));
-        }
-        QVERIFY(stage.tap("Import"));
-        QCOMPARE(stage.manager.calls,
-                 QStringList("importFile " + top + "/STICK/folder/" + package));
-        QTRY_VERIFY(stage.shows("File has been imported successfully!") && stage.button("Back"));
-        QVERIFY(stage.tap("Import New Software"));
-        QVERIFY(stage.shows(top) && !stage.button("Import")->isEnabled());
-        QVERIFY(stage.tap("Close") && stage.tap("Back"));
     }
 };
 

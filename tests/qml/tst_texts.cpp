@@ -114,7 +114,7 @@ private slots:
         look(stage, "no-medium");
         stage.manager.media = true;
         QVERIFY(stage.tap(text("Back")) && stage.tap(text("Update Software")));
-        QTRY_VERIFY_WITH_TIMEOUT(stage.tap(package), 1500);
+        QTRY_VERIFY(stage.tap(package));
         look(stage, "update");
         QVERIFY(stage.tap(text("Install Software")));
         look(stage, "importing");
