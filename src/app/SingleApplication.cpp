@@ -14,9 +14,9 @@ void SingleApplication::appendThread(QThread* thread)
 void SingleApplication::shutdownThreads()
 {
     qDebug() << "shutting down threads";
-    // By a copy: the events served in the loop may register further threads.
-    const QList<QPointer<QThread>> registered = threads;
-    for (const QPointer<QThread>& thread : registered) {
+    // By index: the events served in the loop may register further threads, which end as well.
+    for (int i = 0; i < threads.size(); ++i) {
+        const QPointer<QThread> thread = threads.at(i);
         if (!thread)
             continue;
         // The identifier is the caller's, not the worker's: kept, readers of the log expect it.

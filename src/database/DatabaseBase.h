@@ -95,6 +95,8 @@ public:
     Q_INVOKABLE bool genericUpdateTable(QString table);
 
     // When set, each opening, closing, preparing and executing writes its duration to the log.
+    // Not for a process that copies its log into the database: such a line is written while a
+    // statement holds its lock, see LogLine.
     static bool _debug;
 
 protected:
