@@ -3,26 +3,30 @@
 #include "software/FileHelper.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QDir>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
-#include <limits>
 #include <sys/stat.h>
 
 namespace {
 
-const QStringList filters {"quillmark-*.tar.gz", "*.hex"};
 const QString currentVersion = QStringLiteral("/opt/Merivon/Versions/Merivon-current");
 
-void writeSparse(const QString& path, qint64 size)
+// What a copy tells, in its order, and its result.
+QString copied(const QString& file, const QString& folder)
 {
-    Dispenser::writeFile(path, {});
-    QFile::resize(path, size);
+    FileHelper helper;
+    QStringList told;
+    const auto tell = [&told](const QString& what) { told += what; };
+    QObject::connect(&helper, &FileHelper::copyBegun, [&] { tell("begun"); });
+    QObject::connect(&helper, &FileHelper::copyCompleted, [&] { tell("completed"); });
+    QObject::connect(&helper, &FileHelper::copyProgress, [&](int n) { tell(QString::number(n)); });
+    QObject::connect(&helper, &FileHelper::error, tell);
+    tell(helper.copyFile(file, folder) ? "true" : "false");
+    return told.join('|');
 }
 
 } // namespace
@@ -33,7 +37,6 @@ class TestFileHelper : public QObject
 
     QScopedPointer<QTemporaryDir> m_folder;
     QScopedPointer<FileHelper> m_helper;
-    QStringList m_heard; // of a copy, in its order
 
     QString at(const QString& name) const { return m_folder->filePath(name); }
 
@@ -48,191 +51,122 @@ private slots:
     {
         m_folder.reset(new QTemporaryDir);
         m_helper.reset(new FileHelper);
-        m_helper->setFilterNames(filters);
-        m_heard.clear();
-        connect(m_helper.get(), &FileHelper::copyBegun, [this] { m_heard += "begun"; });
-        connect(m_helper.get(), &FileHelper::copyCompleted, [this] { m_heard += "completed"; });
-        connect(m_helper.get(), &FileHelper::error, [this](const QString& t) { m_heard += t; });
-        connect(m_helper.get(), &FileHelper::copyProgress,
-                [this](int percent) { m_heard += QString::number(percent); });
+        m_helper->setFilterNames({"quillmark-*.tar.gz", "*.hex"});
     }
 
-    void listsFoldersThenFilesBySuffixAndName()
+    void listsForTheChooserAndByMediaType()
     {
         put({"sub/x", "Zub/x", "a.b/x", ".hidden/x", "a.hex", "B.hex", "A.HEX", ".a.hex",
-             "quillmark-x-1.0.tar.gz", "notes.txt", "shut.hex"});
+             "quillmark-x-1.0.tar.gz", "shut.hex", "b.PNG", "A.jpeg", ".f.png", "c.mp4",
+             "device-config2.tar.gz", "e-iot-config.tar.gz"});
         QFile::setPermissions(at("shut.hex"), QFile::Permissions());
-        QVERIFY(QFile::link("a.hex", at("l.hex")) && QFile::link("sub", at("l")));
+        QVERIFY(QFile::link("a.hex", at("l.hex")) && QFile::link("sub", at("l"))
+                && QFile::link("b.PNG", at("link.png")));
         QCOMPARE(mkfifo(QFile::encodeName(at("pipe.hex")), 0666), 0);
-        m_helper->setCurrentPath(m_folder->path());
-        m_helper->setFilterNames(filters + QStringList {"quillmark*", "["});
+        const QString path = m_folder->path();
+        m_helper->setCurrentPath(path);
+        m_helper->setFilterNames({"quillmark*", "quillmark-*.tar.gz", "["});
         QCOMPARE(m_helper->folderEntries().join('|'),
                  "Zub|sub|a.b|quillmark-x-1.0.tar.gz|B.hex|a.hex");
         m_helper->setOriginalPath();
         QCOMPARE(m_helper->folderEntries().join('|'),
-                 "Zub|sub|a.b|quillmark-x-1.0.tar.gz|quillmark-x-1.0.tar.gz|B.hex|a.hex");
+                 "Zub|sub|a.b|quillmark-x-1.0.tar.gz|quillmark-x-1.0.tar.gz");
+        QCOMPARE(m_helper->getImagesAndFolders(path).join('|'), "a.b|sub|Zub|A.jpeg|b.PNG");
+        QCOMPARE(m_helper->getIoTConfigFilesAndFolders(path).value(3), "device-config2.tar.gz");
+        QCOMPARE(m_helper->getDirContents(path, -1).size(), 13);
+        for (const QString& nowhere : {at("b.PNG"), at("gone"), QString()})
+            QVERIFY(m_helper->getAllInFolder(nowhere).isEmpty());
     }
 
-    void walksDownAndUpButNotAboveTheTop()
+    void walksDownAndUpAndChoosesWhatIsThere()
     {
-        put({"a/b/x.hex"});
+        const QString name = QStringLiteral("quillmark-'%1\"\n x.tar.gz");
+        put({"a/b/" + name});
         QSignalSpy listed(m_helper.get(), &FileHelper::listChanged);
         QSignalSpy entered(m_helper.get(), &FileHelper::enteredChanged);
+        QSignalSpy chosen(m_helper.get(), &FileHelper::chooseFile);
         m_helper->setCurrentPath(at("a"));
         m_helper->enterFolder("b");
-        m_helper->enterFolder("x.hex");
-        QVERIFY(m_helper->isFile());
-        QCOMPARE(m_helper->currentPath(), at("a/b"));
-        QCOMPARE(m_helper->selectedPath(), at("a/b/x.hex"));
+        m_helper->enterFolder(m_helper->folderEntries().value(0));
+        m_helper->choose();
+        QVERIFY(m_helper->isFile() && !m_helper->isVisible());
+        m_helper->show();
+        QVERIFY(!m_helper->isFile() && m_helper->isVisible() && m_helper->currentPath() == at("a"));
+        m_helper->enterFolder("b");
         m_helper->setDisableChangingDirectory(true);
         m_helper->leaveFolder();
         QCOMPARE(m_helper->currentPath(), at("a/b"));
-        QVERIFY(!m_helper->isFile());
         m_helper->setDisableChangingDirectory(false);
+        QDir(at("a")).removeRecursively(); // as when a stick is pulled
+        m_helper->enterFolder(name);
+        m_helper->choose();
         m_helper->leaveFolder();
         m_helper->leaveFolder();
-        QCOMPARE(m_helper->currentPath(), at("a"));
-        QCOMPARE(QList<int>({listed.count(), entered.count()}), QList<int>({5, 5}));
+        QVERIFY(m_helper->isVisible() && m_helper->currentPath() == at("a"));
+        QVERIFY(listed.count() == 7 && entered.count() == 8);
+        QVERIFY(chosen == QList<QVariantList> {{at("a/b/" + name)}});
 
         FileHelper unbound;
         unbound.setCurrentPath(at("a/"));
         for (int i = 0; i < 5; ++i)
             unbound.leaveFolder();
         QCOMPARE(unbound.currentPath(), QString("/"));
-        unbound.setOriginalPath();
-        QCOMPARE(unbound.currentPath(), at("a"));
     }
 
-    void choosesOnlyAFileThatIsStillThere()
+    // Also when the disk is full (of one mebibyte) and when the source vanishes half-way.
+    void copiesToTheEndAndTellsTheProgressOfTheChunkBefore()
     {
-        const QString name = QStringLiteral("quillmark-'%1\"\n x.tar.gz");
-        put({name, "b.hex"});
-        m_helper->setVisible(false);
-        m_helper->setCurrentPath(m_folder->path());
-        m_helper->show();
-        QSignalSpy chosen(m_helper.get(), &FileHelper::chooseFile);
-        m_helper->choose();
-        m_helper->enterFolder("b.hex");
-        QFile::remove(at("b.hex"));
-        m_helper->choose();
-        QVERIFY(chosen.isEmpty() && m_helper->isVisible());
-        m_helper->enterFolder(m_helper->folderEntries().first());
-        m_helper->choose();
-        QVERIFY(!m_helper->isVisible());
-        QCOMPARE(chosen.value(0).value(0).toString(), at(name));
-    }
-
-    void findsTheWayOutOfAFolderThatVanished()
-    {
-        put({"stick/a/x"});
-        m_helper->setCurrentPath(m_folder->path());
-        m_helper->enterFolder("stick");
-        m_helper->enterFolder("a");
-        QDir(at("stick")).removeRecursively();
-        m_helper->enterFolder("x");
-        QVERIFY(!m_helper->isFile());
-        m_helper->leaveFolder();
-        m_helper->leaveFolder();
-        QCOMPARE(m_helper->currentPath(), m_folder->path());
-    }
-
-    void listsByMediaType()
-    {
-        put({"sub/x", "Big/x", "b.PNG", "A.jpeg", "c.mp4", "device-config2.tar.gz",
-             "e-iot-config.tar.gz", ".f.png"});
-        QVERIFY(QFile::link("b.PNG", at("link.png")));
-        const QString path = m_folder->path();
-        QCOMPARE(m_helper->getImagesAndFolders(path).join('|'), "Big|sub|A.jpeg|b.PNG");
-        QCOMPARE(m_helper->getIoTConfigFilesAndFolders(path).value(2), "device-config2.tar.gz");
-        QCOMPARE(m_helper->getDirContents(path, -1).size(), 7);
-        for (const QString& nowhere : {at("b.PNG"), at("gone"), QString()})
-            QCOMPARE(m_helper->getAllInFolder(nowhere), QStringList());
-    }
-
-    void copiesInChunksAndTellsTheProgressOfTheOneBefore()
-    {
-        put({"to/x"});
-        Dispenser::writeFile(at("film %1.mp4"), QByteArray("0123456").repeated(3670016 / 7));
+        const QString film = at("film %1.mp4");
+        const QTemporaryDir small("/run/small/XXXXXX");
+        put({"to/x", "vanishing/x", "empty"});
+        Dispenser::writeFile(film, QByteArray("0123456").repeated(3670016 / 7));
+        QVERIFY(QFile::resize(at("empty"), 0));
         int rounds = 0;
         QTimer events;
-        events.callOnTimeout([&] { ++rounds; });
+        events.callOnTimeout(
+            [&] { ++rounds == 6 && QFile::resize(film, 0) && QFile::remove(film); });
         events.start(0);
-        QVERIFY(m_helper->copyFile(at("film %1.mp4"), at("to/")));
-        QCOMPARE(m_heard.join('|'), "begun|28|57|85|100|completed");
+        const QString whole = "begun|28|57|85|100|completed|true";
+        QCOMPARE(copied(film, at("to/")), whole);
         QCOMPARE(rounds, 4);
-        QCOMPARE(QProcess::execute("cmp", {at("film %1.mp4"), at("to/film %1.mp4")}), 0);
-        m_heard.clear();
-        writeSparse(at("empty"), 0);
-        QVERIFY(m_helper->copyFile(at("empty"), at("to/")));
-        QCOMPARE(m_heard.join('|'), "begun|100|completed");
+        QCOMPARE(QProcess::execute("cmp", {film, at("to/film %1.mp4")}), 0);
+        QCOMPARE(copied(film, at("vanishing/")), whole);
+        QCOMPARE(QFileInfo(at("vanishing/film %1.mp4")).size(), 2 << 20);
+        QCOMPARE(copied(at("to/film %1.mp4"), small.path() + '/'), whole);
+        QVERIFY(QFileInfo(small.filePath("film %1.mp4")).size() <= 1 << 20);
+        QCOMPARE(copied(at("empty"), at("to/")), "begun|100|completed|true");
     }
 
     void refusesACopyThatCannotBegin()
     {
-        put({"a%1", "to/a%1", "shut/x"});
+        put({"a", "to/a", "shut/x"});
         QFile::setPermissions(at("shut"), QFile::ReadOwner | QFile::ExeOwner);
-        QVERIFY(!m_helper->copyFile(at("gone"), "/nowhere/"));
-        QVERIFY(!m_helper->copyFile(at("to"), "/nowhere/"));
-        for (const QString& folder : {at("nowhere/"), at("to/"), at("shut/")})
-            QVERIFY(!m_helper->copyFile(at("a%1"), folder));
+        QCOMPARE(copied(at("%1"), "/none/"), "Error: File '" + at("%1") + "' doesn't exist.|false");
+        QCOMPARE(copied(at("to"), "/none/"), "Error: Can't access file '" + at("to") + "'.|false");
+        QCOMPARE(copied(at("a"), "/none/"), "Error: Destination folder doesn't exist.|false");
+        QCOMPARE(copied(at("a"), at("to/")), "Warning: File already exists.|false");
+        QCOMPARE(copied(at("a"), at("shut/")), "Error: Permission denied|false");
         QFile::setPermissions(at("shut"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QCOMPARE(m_heard,
-                 QStringList({"Error: File '" + at("gone") + "' doesn't exist.",
-                              "Error: Can't access file '" + at("to") + "'.",
-                              "Error: Destination folder doesn't exist.",
-                              "Warning: File already exists.", "Error: Permission denied"}));
-        QCOMPARE(m_helper->readOneLineFile(at("to/a%1")), QString("to/a%1"));
-    }
-
-    void comesToAnEndWhenTheDiskIsFullOrTheSourceVanishes()
-    {
-        const QString whole = QStringLiteral("begun|25|50|75|100|completed");
-        const QTemporaryDir small("/run/small/XXXXXX");
-        writeSparse(at("film"), 4 << 20);
-        QVERIFY(m_helper->copyFile(at("film"), small.path() + '/'));
-        QCOMPARE(m_heard.join('|'), whole);
-        QVERIFY(QFileInfo(small.filePath("film")).size() <= 1 << 20);
-
-        put({"to/x"});
-        m_heard.clear();
-        connect(m_helper.get(), &FileHelper::copyProgress,
-                [&] { QFile::resize(at("film"), 0) && QFile::remove(at("film")); });
-        QVERIFY(m_helper->copyFile(at("film"), at("to/")));
-        QCOMPARE(m_heard.join('|'), whole);
-        QCOMPARE(QFileInfo(at("to/film")).size(), 2 << 20);
+        QCOMPARE(m_helper->readOneLineFile(at("to/a")), QString("to/a"));
     }
 
     void removesUpdatesOlderThanTheCurrentVersion()
     {
         put({"a/newer", "a/older", "a/same", "a/sub/x"});
-        const QString path = at("a/");
-        auto time = QDateTime::fromSecsSinceEpoch(m_helper->getFileTime(currentVersion) - 1);
-        for (const char* name : {"older", "same", "newer"}) {
-            QFile file(path + name);
-            QVERIFY(file.open(QFile::ReadWrite)
-                    && file.setFileTime(time, QFile::FileModificationTime));
-            time = time.addSecs(1);
-        }
+        const quint32 time = m_helper->getFileTime(currentVersion);
+        const QString change = "touch -d @%1 older; touch -d @%2 same; touch -d @%3 newer";
+        QDir::setCurrent(at("a"));
+        QCOMPARE(std::system(qPrintable(change.arg(time - 1).arg(time).arg(time + 1))), 0);
         for (const char* line : {"FileHelper::deleteFile :  \"", "Delete old update file  \""})
-            QTest::ignoreMessage(QtDebugMsg, qPrintable(line + path + "older\""));
-        m_helper->removeOldUpdates(path);
-        QCOMPARE(m_helper->getAllInFolder(path).join('|'), "newer|same|sub");
-        QVERIFY(!m_helper->deleteFile(path + "older"));
+            QTest::ignoreMessage(QtDebugMsg, qPrintable(line + at("a/older\"")));
+        m_helper->removeOldUpdates(at("a/"));
+        QCOMPARE(m_helper->getAllInFolder(at("a")).join('|'), "newer|same|sub");
+        QVERIFY(!m_helper->deleteFile(at("a/older")));
 
         QVERIFY(QDir().rename(currentVersion, currentVersion + ".away"));
-        m_helper->removeOldUpdates(path);
+        m_helper->removeOldUpdates(at("a/"));
         QVERIFY(QDir().rename(currentVersion + ".away", currentVersion));
-        QCOMPARE(m_helper->getAllInFolder(path).join('|'), "sub");
-    }
-
-    void readsTheFirstLineAsText()
-    {
-        const QString line = QStringLiteral("caf\u00E9\n");
-        Dispenser::writeFile(at("line"), line.toUtf8() + "rest");
-        QCOMPARE(m_helper->readOneLineFile(at("line")), line);
-        Dispenser::writeFile(at("line"), QByteArray("ab\0cd\n", 6));
-        QCOMPARE(m_helper->readOneLineFile(at("line")), QString("ab"));
-        QCOMPARE(m_helper->readOneLineFile(at("gone")), QString());
+        QCOMPARE(m_helper->getAllInFolder(at("a")).join('|'), "sub");
     }
 
     // Around the mounted sticks: of two plain folders in a row only the first goes.
@@ -243,21 +177,17 @@ private slots:
         QCOMPARE(m_helper->findMediaDevices().join('|'), "a2|BACKUP|STICK|Z2");
     }
 
-    void keepsTheQuotaOfTheSharedMedia()
+    void keepsTheQuotaTellsSizesAndReadsAFirstLine()
     {
         const QString shared = QStringLiteral("/opt/Merivon/Videos/Shared/");
-        writeSparse(shared + "sub/not counted", 1000);
-        const qint64 most = 10737418239;
-        writeSparse(shared + "big.bin", most - m_helper->storageSpaceSize());
-        QCOMPARE(m_helper->storageSpaceSize(), most);
         put({"1"});
+        Dispenser::writeFile(shared + "sub/not counted", "x");
+        QVERIFY(QFile::copy(at("1"), shared + "big.bin")
+                && QFile::resize(shared + "big.bin", 10737418240 - m_helper->storageSpaceSize()));
+        QCOMPARE(m_helper->storageSpaceSize(), 10737418239);
         QVERIFY(!m_helper->canCopyMediaFile(at("1")) && m_helper->canCopyMediaFile(at("gone")));
         QCOMPARE(m_helper->availableStorageMediaSize(), QString("1 B"));
-        QFile::remove(shared + "big.bin");
-    }
 
-    void tellsSizes()
-    {
         const qint64 tera = Q_INT64_C(1) << 40;
         const QMap<qint64, QString> texts {
             {0, "0 B"},        {1023, "1023 B"},         {1024, "1 KB"}, {1048575, "1023 KB"},
@@ -266,6 +196,12 @@ private slots:
             QCOMPARE(m_helper->sizeFormat(text.key()), text.value());
         Dispenser::writeScript(Dispenser::scriptsFolder + "getDiskSpace.sh", "echo 12G free");
         QCOMPARE(m_helper->availableDiskSize(), QString("12G free"));
+
+        Dispenser::writeFile(at("line"), "caf\xC3\xA9\nrest");
+        QCOMPARE(m_helper->readOneLineFile(at("line")), QStringLiteral("caf\u00E9\n"));
+        Dispenser::writeFile(at("line"), QByteArray("ab\0cd\n", 6));
+        QCOMPARE(m_helper->readOneLineFile(at("line")), QString("ab"));
+        QCOMPARE(m_helper->readOneLineFile(at("gone")), QString());
     }
 };
 
