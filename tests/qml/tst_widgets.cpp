@@ -32,7 +32,14 @@ private slots:
         QVERIFY(stage.is("b.checked = true, b.state === 'stateSelected'"));
         QVERIFY(stage.is("b.checked = false, b.isStateNormal()"));
 
-        auto* window = stage.root()->window(); // a press that a flick takes away must not stick
+        auto* window = stage.root()->window();
+        stage.js("seen = []"); // disabled under the finger
+        QTest::mousePress(window, Qt::LeftButton, {}, {50, 90});
+        stage.js("b.setStateDisabled()");
+        QTest::mouseRelease(window, Qt::LeftButton, {}, {50, 90});
+        QVERIFY(stage.is("seen.length === 1 && b.state === 'stateDisabled'"));
+        stage.js("b.setStateNormal()");
+        // A press that a flick takes away must not stick.
         QTest::mousePress(window, Qt::LeftButton, {}, {50, 90});
         QCOMPARE(stage.js("b.state").toString(), QString("stateSelected"));
         for (int y = 80; y > 0; y -= 10)

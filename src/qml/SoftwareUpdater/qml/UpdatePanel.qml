@@ -77,6 +77,8 @@ Widget_MenuPage {
         if (visible) {
             showCurrentVersion();
             scan();
+        } else {
+            scanTimer.stop(); // reading the media would hold up the screen shown instead
         }
     }
 

@@ -56,7 +56,7 @@ Item {
         source: look.image
         visible: look.showImage
         opacity: look.faceOpacity
-        fillMode: Image.PreserveAspectFit
+        fillMode: Image.PreserveAspectFit // a picture of other proportions is not to be distorted
     }
 
     Text {

@@ -76,7 +76,8 @@ Rectangle {
         onTriggered: popUp.hideMessage()
     }
 
-    MouseArea {
+    // Takes every finger: a mouse area would let the second one through to the screen below.
+    MultiPointTouchArea {
         id: clickBlocker
         anchors.centerIn: parent
         width: 1920

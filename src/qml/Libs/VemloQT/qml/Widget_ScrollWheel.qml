@@ -21,7 +21,8 @@ Item {
 
     signal scrolled
 
-    // Selects an entry, from the other end where the list is left; -1 before, 0 behind an empty one.
+    // Selects an entry. An index before the first one selects the last, and one behind the last the
+    // first; an empty list gives -1 and 0.
     function setCurrentIndex(newIndex) {
         currentIndex = wrapped(newIndex);
         scrolled();
@@ -120,8 +121,9 @@ Item {
         delegate: Text {
             width: view.width - 10
             height: 66
-            scale: PathView.entryScale
-            opacity: PathView.entryOpacity
+            // Not there until the entry comes onto the path.
+            scale: PathView.entryScale || 0
+            opacity: PathView.entryOpacity || 0
             text: modelData
             textFormat: Text.PlainText
             color: "#FF333333"

@@ -48,6 +48,7 @@ Rectangle {
     function show(shown) { state = shown ? stateNormal() : stateHidden(); }
 
     function isStateNormal() { return state === stateNormal(); }
+    function isUsable() { return state !== stateDisabled(); }
     function isStateHidden() { return state === stateHidden(); }
     // Kept: these two give the state's name and so always read as true; the platform's pages count
     // on it.
@@ -100,23 +101,34 @@ Rectangle {
 
     MouseArea {
         anchors.fill: parent
-        enabled: button.state !== button.stateDisabled()
+        enabled: button.isUsable()
         onPressed: {
             if (!button.checkable)
                 button.setStateSelected();
             button.buttonPressed();
         }
+        // Disabling does not take a press away that is under way: what follows it must not revive
+        // the button, nor be told.
         onReleased: {
+            if (!button.isUsable())
+                return;
             if (!button.checkable)
                 button.setStateNormal();
             button.buttonReleased();
         }
-        // A press that is taken away, by a flick or by disabling the button, must not stick.
+        // A press that is taken away, as by a flick, must not stick.
         onCanceled: {
             if (!button.checkable && button.state === button.stateSelected())
                 button.setStateNormal();
         }
-        onClicked: button.buttonClicked()
-        onPressAndHold: button.buttonPressAndHold()
+        onClicked: {
+            if (button.isUsable())
+                button.buttonClicked();
+        }
+        onPressAndHold: {
+            mouse.accepted = false; // a slow touch is a click as well
+            if (button.isUsable())
+                button.buttonPressAndHold();
+        }
     }
 }

@@ -35,14 +35,14 @@ Item {
         showImage: true
         faceOpacity: button.enabled ? 1 : 0.35
         labelColor: button.enabled ? button.txtBtnObjectColor : "white"
-        framed: button.checked || mouse.pressed
-        pressed: mouse.pressed
+        framed: button.checked || touchArea.pressed
+        pressed: touchArea.pressed
     }
 
     MouseArea {
-        id: mouse
+        id: touchArea
         anchors.fill: parent
-        enabled: !button.hidden
+        visible: !button.hidden // hiding takes a press away that is under way
         onPressed: button.pressed()
         onReleased: {
             if (button.checkable)
@@ -50,6 +50,9 @@ Item {
             button.released();
         }
         onClicked: button.clicked()
-        onPressAndHold: button.pressAndHold()
+        onPressAndHold: {
+            mouse.accepted = false; // a slow touch is a click as well
+            button.pressAndHold();
+        }
     }
 }
