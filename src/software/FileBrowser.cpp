@@ -86,7 +86,10 @@ void FileHelper::leaveFolder()
     const bool stay = m_currentPath == m_originalPath || m_disableChangingDirectory;
     // The parent by name: a pulled stick has neither folder nor parent folder any more, and the
     // technician must still get out.
-    setCurrentPath(stay ? m_currentPath : QFileInfo(m_currentPath).path());
+    const QString path = stay ? m_currentPath : QFileInfo(m_currentPath).path();
+    // Made absolute here already, so that an item without a path gets a top folder it can be held
+    // at: the working directory.
+    setCurrentPath(QDir(path).absolutePath());
     emit enteredChanged();
 }
 
