@@ -41,8 +41,8 @@ public:
     // Lists a folder. The first path ever set, as given, is the top folder for the item's life.
     void setCurrentPath(const QString& path);
     // Takes effect at the next listing.
-    void setFilterNames(const QStringList& names);
-    void setDisableChangingDirectory(bool disable);
+    Q_INVOKABLE void setFilterNames(const QStringList& names);
+    Q_INVOKABLE void setDisableChangingDirectory(bool disable);
 
     // Fills folderEntries: readable folders and files, neither hidden nor links, folders first,
     // then by suffix, then by name, both case-sensitively. A file that two filters match is listed
@@ -103,10 +103,11 @@ public:
     Q_INVOKABLE void removeOldUpdates(const QString& filePath);
     // The first line of a file as UTF-8, up to a NUL byte if there is one, with its line end.
     Q_INVOKABLE QString readOneLineFile(const QString& fname);
-    // Names of the folders of the media folder that are mount points.
+    // Names of the folders of the media folder that are mount points, by name ignoring case. A
+    // folder that stands right after a plain one is never examined and always in the list.
     Q_INVOKABLE QStringList findMediaDevices();
     // What the platform's script getDiskSpace.sh prints, less its last character. Blocks until the
-    // script has ended, while events are processed.
+    // script has ended, while events are processed: for ever when there is no such script.
     Q_INVOKABLE QString availableDiskSize();
     // Bytes that the files in the two shared media folders take.
     Q_INVOKABLE qint64 storageSpaceSize();
@@ -120,11 +121,14 @@ public:
 signals:
     void copyCompleted();
     void copyBegun();
+    // Why a copy cannot begin, an English sentence for the user.
     void error(const QString& message);
+    // Per cent done, 0 to 100; one chunk of 1 MiB behind what has been copied.
     void copyProgress(int value);
     // Not emitted here; it belongs to the item's interface.
     void message(const QString& message);
     void listChanged();
+    // The full path of a file that was there when it was chosen.
     void chooseFile(const QString& filePath);
     void enteredChanged();
     void disableChangingDirectoryChanged();
