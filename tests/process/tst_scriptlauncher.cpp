@@ -6,10 +6,11 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QThread>
 #include <QTimer>
 
-#include <memory>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -17,6 +18,7 @@ namespace {
 // What a shell script's run tells, and its result.
 QString progressOf(const char* body)
 {
+    const QEventLoop dispatcher; // a plain thread has none without it
     QString told;
     ScriptLauncher launcher;
     QObject::connect(&launcher, &ScriptLauncher::loadCompleted,
@@ -124,14 +126,13 @@ private slots:
             {"printf '1\\n2\\n'; exit 2", "15 1\n100 Success...|0"},
             {"printf 1; sleep 0.5; echo", "15 125 \n100 Success...|0"},
             {"sleep 40 & exit 1", "100 Error...|1"}};
+        const LogCapture log; // of all threads
         std::vector<QString> told(rows.size());
-        std::vector<std::unique_ptr<QThread>> runs; // at once, as each rests for seconds
-        for (std::size_t i = 0; i < told.size(); ++i) {
-            runs.emplace_back(QThread::create([&, i] { told[i] = progressOf(rows[i].first); }));
-            runs.back()->start();
-        }
-        for (const auto& run : runs)
-            QVERIFY(run->wait());
+        std::vector<std::thread> runs; // at once, as each rests for seconds
+        for (std::size_t i = 0; i < told.size(); ++i)
+            runs.emplace_back([&, i] { told[i] = progressOf(rows[i].first); });
+        for (std::thread& run : runs)
+            run.join();
         for (std::size_t i = 0; i < told.size(); ++i)
             QCOMPARE(told[i], rows[i].second);
     }

@@ -116,11 +116,11 @@ private slots:
             }
         });
         int found = 0;
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 2000; ++i)
             found += SoftwareManager().getDirRecursivly(stick).count(stick + "stays/x_MFV_V1.hex");
         done = true;
         technician.join();
-        QCOMPARE(found, 100);
+        QCOMPARE(found, 2000);
     }
 
     void splitsPackageNamesAndLogsThem()
