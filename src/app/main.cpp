@@ -8,15 +8,16 @@
 #include "app/StandardOutput.h"
 #include "config/UiConfig.h"
 #include "config/Version.h"
+#include "database/PlatformFolders.h"
 #include "database/TableTranslations.h"
 #include "process/LaunchAsync.h"
 #include "process/ScriptLauncher.h"
 #include "software/FileHelper.h"
+#include "software/MediaFolder.h"
 #include "software/SoftwareManager.h"
 
 #include <QCursor>
 #include <QDebug>
-#include <QDir>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QtQml>
@@ -49,18 +50,12 @@ void registerSceneTypes()
     qmlRegisterType<LaunchAsync>(qmlModule, 2, 0, "LaunchAsync");
 }
 
-QString mediaDirectory()
-{
-    return QStringLiteral("/media/") + QDir::home().dirName();
-}
-
 void publishSettings(QQmlContext& scene, bool devMode)
 {
     const QString pictures = QStringLiteral("/opt/Merivon/Pictures/ServiceUI/");
-    const QString versions = QStringLiteral("/opt/Merivon/Versions/");
     scene.setContextProperty("MERIVON_LOCATION_PICTURES_UI", pictures);
-    scene.setContextProperty("MERIVON_LOCATION_VERSIONS", versions);
-    scene.setContextProperty("MEDIA_DIRECTORY", mediaDirectory());
+    scene.setContextProperty("MERIVON_LOCATION_VERSIONS", PlatformFolders::versionsStore);
+    scene.setContextProperty("MEDIA_DIRECTORY", MediaFolder::path());
     // Once more, after the media folder: kept, the order of these names is the platform's.
     scene.setContextProperty("MERIVON_LOCATION_PICTURES_UI", pictures);
     scene.setContextProperty("DEV_MODE", devMode);

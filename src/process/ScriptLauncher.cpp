@@ -1,5 +1,6 @@
 #include "process/ScriptLauncher.h"
 
+#include "database/PlatformFolders.h"
 #include "database/SystemMessage.h"
 
 #include <QCoreApplication>
@@ -22,7 +23,7 @@ constexpr int mostArrivalsAhead = 60;
 
 QString scriptsFolder()
 {
-    return QStringLiteral("/opt/Merivon/Versions/Merivon-current/ServiceUI/Scripts/");
+    return PlatformFolders::currentVersion + QStringLiteral("/ServiceUI/Scripts/");
 }
 
 QString inScriptsFolder(const QString& program)

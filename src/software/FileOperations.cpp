@@ -1,5 +1,6 @@
 // The file operations and storage queries of FileHelper.
 
+#include "database/PlatformFolders.h"
 #include "process/ScriptLauncher.h"
 #include "software/FileHelper.h"
 #include "software/MediaFolder.h"
@@ -16,7 +17,6 @@
 
 namespace {
 
-const QString currentVersion = QStringLiteral("/opt/Merivon/Versions/Merivon-current");
 constexpr qint64 sharedMediaQuota = 10LL << 30;
 constexpr qint64 copyChunk = 1LL << 20;
 
@@ -112,7 +112,7 @@ bool FileHelper::deleteFile(const QString& path)
 void FileHelper::removeOldUpdates(const QString& filePath)
 {
     // Without a current version this is the highest time there is, and every file is old.
-    const quint32 reference = getFileTime(currentVersion);
+    const quint32 reference = getFileTime(PlatformFolders::currentVersion);
     const QStringList names = getAllInFolder(filePath);
     for (const QString& name : names) {
         const QString path = filePath + name;

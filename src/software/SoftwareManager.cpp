@@ -5,6 +5,7 @@
 
 #include "config/UiConfig.h"
 #include "config/Version.h"
+#include "database/PlatformFolders.h"
 #include "database/SystemMessage.h"
 #include "process/ScriptLauncher.h"
 
@@ -16,7 +17,6 @@
 
 namespace {
 
-const QString versionsStore = QStringLiteral("/opt/Merivon/Versions/");
 const QString controlCommand = QStringLiteral("/usr/local/bin/vemlo");
 
 void record(const QString& text)
@@ -59,7 +59,7 @@ QVariantList SoftwareManager::getMFVVersions()
 QVariantList SoftwareManager::getMerivonVersions(const QString& prefix)
 {
     const QFileInfoList entries
-        = QDir(versionsStore)
+        = QDir(PlatformFolders::versionsStore)
               .entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot,
                              QDir::Name | QDir::IgnoreCase);
     QStringList versions;
@@ -79,7 +79,8 @@ void SoftwareManager::importSoftwareFromFile(const QString& filePath)
         // of that name missing and copies the image all the same.
         launcher.launchProgramWithDelay(
             QStringLiteral("/bin/cp"),
-            {QStringLiteral("-rf"), filePath, QStringLiteral(" "), versionsStore}, 2);
+            {QStringLiteral("-rf"), filePath, QStringLiteral(" "), PlatformFolders::versionsStore},
+            2);
     } else {
         launcher.launchProgramWithDelay(controlCommand, {QStringLiteral("import"), filePath}, 2);
     }
