@@ -53,12 +53,12 @@ void copyChunkTo(qint64 end, QFile& source, QFile& destination, QByteArray& buff
 }
 
 // Of a path, following links; 0, which no file system has, when there is none.
-dev_t deviceOf(const QString& path)
+dev_t deviceOf(const QByteArray& path)
 {
     struct stat status
     {
     };
-    return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_dev : 0;
+    return stat(path.constData(), &status) == 0 ? status.st_dev : 0;
 }
 
 } // namespace
@@ -133,16 +133,16 @@ QString FileHelper::readOneLineFile(const QString& fname)
 
 QStringList FileHelper::findMediaDevices()
 {
-    QStringList names = MediaFolder::subfolders();
-    const dev_t parent = deviceOf(MediaFolder::path());
+    QByteArrayList names = MediaFolder::subfolders();
+    const dev_t parent = deviceOf(QFile::encodeName(MediaFolder::path()));
     // The index moves on after a removal too, kept: the entry that follows a plain folder is not
     // examined, and stands in the list that the platform's pages know.
     for (int i = 0; i < names.size(); ++i) {
-        const dev_t device = deviceOf(MediaFolder::path() + '/' + names.at(i));
+        const dev_t device = deviceOf(MediaFolder::pathOf(names.at(i)));
         if (device == parent || device == 0)
             names.removeAt(i);
     }
-    return names;
+    return MediaFolder::texts(names);
 }
 
 QString FileHelper::availableDiskSize()

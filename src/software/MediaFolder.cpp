@@ -1,6 +1,11 @@
 #include "software/MediaFolder.h"
 
+#include "software/FolderReader.h"
+
 #include <QDir>
+#include <QFile>
+
+#include <algorithm>
 
 namespace MediaFolder {
 
@@ -9,9 +14,32 @@ QString path()
     return QStringLiteral("/media/") + QDir::home().dirName();
 }
 
-QStringList subfolders()
+QByteArrayList subfolders()
 {
-    return QDir(path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase);
+    FolderReader reader(QFile::encodeName(path()));
+    FolderReader::Entries folders;
+    while (reader.next()) {
+        if (reader.isFolder())
+            folders.emplace_back(QFile::decodeName(reader.name()), reader.name());
+    }
+    std::sort(folders.begin(), folders.end());
+    QByteArrayList names;
+    for (const FolderReader::Entry& folder : folders)
+        names.append(folder.name);
+    return names;
+}
+
+QStringList texts(const QByteArrayList& names)
+{
+    QStringList result;
+    for (const QByteArray& name : names)
+        result.append(QFile::decodeName(name));
+    return result;
+}
+
+QByteArray pathOf(const QByteArray& subfolder)
+{
+    return QFile::encodeName(QDir::cleanPath(path())) + '/' + subfolder;
 }
 
 } // namespace MediaFolder

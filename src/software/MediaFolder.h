@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 
@@ -12,7 +13,14 @@ namespace MediaFolder {
 QString path();
 
 // Names of the folders in path(), links to folders included, hidden ones not, by name ignoring
-// case. Empty when there is no such folder.
-QStringList subfolders();
+// case. As the file system spells them, since a stick's label need not be UTF-8. Empty when there
+// is no such folder.
+QByteArrayList subfolders();
+
+// Such names as texts, to show; one that was not UTF-8 names no folder any more.
+QStringList texts(const QByteArrayList& names);
+
+// The absolute path of one of them, spelled likewise.
+QByteArray pathOf(const QByteArray& subfolder);
 
 } // namespace MediaFolder

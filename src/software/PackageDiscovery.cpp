@@ -5,13 +5,15 @@
 #include "software/SoftwareManager.h"
 
 #include <QDebug>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QMap>
 #include <QRegularExpression>
 
 QStringList SoftwareManager::findMediaDevices()
 {
-    return MediaFolder::subfolders();
+    return MediaFolder::texts(MediaFolder::subfolders());
 }
 
 bool SoftwareManager::mediaDeviceExist()
@@ -26,7 +28,9 @@ QString SoftwareManager::getFileName(const QString& filePath)
 
 QStringList SoftwareManager::getDirRecursivly(const QString& path)
 {
-    return PackageSearch().below(path);
+    if (path.isEmpty())
+        return {};
+    return PackageSearch().below(QFile::encodeName(QDir(path).absolutePath()));
 }
 
 QStringList SoftwareManager::getNameVersion(const QString& fileName)
@@ -46,10 +50,11 @@ QStringList SoftwareManager::getNameVersion(const QString& fileName)
 QStringList SoftwareManager::findAvailableSoftware()
 {
     QMap<QString, QString> pathOfName;
-    const QStringList devices = findMediaDevices();
-    for (const QString& device : devices) {
-        qDebug() << "searching device: " << device;
-        const QStringList files = getDirRecursivly(MediaFolder::path() + '/' + device);
+    // The bytes of the names, since a text may not lead back to a name that is not UTF-8.
+    const QByteArrayList devices = MediaFolder::subfolders();
+    for (const QByteArray& device : devices) {
+        qDebug() << "searching device: " << QFile::decodeName(device);
+        const QStringList files = PackageSearch().below(MediaFolder::pathOf(device));
         qDebug() << "filelist = " << files;
         for (const QString& path : files) {
             const QString name = getFileName(path);
