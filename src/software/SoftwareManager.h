@@ -8,6 +8,8 @@
 // What the scene knows as `manager`: finds new software on removable media, reads the store of
 // installed versions, imports into it, records what was done, and stops and restarts the platform.
 //
+// The store is "/opt/Merivon/Versions/", the platform's control command "/usr/local/bin/vemlo".
+//
 // Keeps no state: each call reads the file system afresh. Nothing here reports an error to its
 // caller; what fails gives an empty result. To be used on the user-interface thread.
 //
@@ -30,14 +32,18 @@ public:
 
     // Records that the platform goes down (a system message with the model's name from the system
     // configuration) and tells the control command to stop the platform's processes. Returns when
-    // the command has been launched, not when the processes have ended.
+    // the command has been launched, not when the processes have ended. No events are processed,
+    // for up to 30 seconds each for the start, the end and the output of the helper script that
+    // launches it, should that hang; the log tells.
     Q_INVOKABLE void stopMerivon();
 
     // Names of the installed platform versions, by name ignoring case, so that the newest is
-    // expected last: the store's folders with a "-" in their name, the current version left out.
+    // expected last: the store's folders with a "-" in their name, the current version left out. A
+    // file in the store with a "-" counts too, if its name has a "_": "a-b_c.zip" as "c".
     Q_INVOKABLE QVariantList getMerivonVersions();
 
     // Versions of the firmware images in the store, in the order of the files' names ignoring case.
+    // A folder whose name holds "MerivonMFV_" counts too, by its whole name.
     Q_INVOKABLE QVariantList getMFVVersions();
 
     // Brings a file of a medium into the store: a firmware image (suffix "hex" in any case) is
@@ -89,6 +95,7 @@ public:
     void uploadFirmware(quint8& controller, const QString& path, QStringList& output);
 
 private slots:
-    // Launches the control command's start and quits the application.
+    // Launches the control command's start, which blocks as stopMerivon does, and quits the
+    // application.
     void startMerivon();
 };
