@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QThread>
 
+#include <csignal>
 #include <cstdlib>
 
 namespace {
@@ -17,9 +18,14 @@ constexpr int longWaitMs = 30000;
 constexpr int startWaitMs = 1000;
 constexpr int shortWaitMs = 10;
 
-// How far a script that prints faster than its lines are shown, one a second, may run ahead: so
-// that it holds its caller up by a minute at most after its end.
-constexpr int mostArrivalsAhead = 60;
+// A program that goes on when the updater ends: a remote quit must not cut an install short. With
+// the updater the reader of its output is gone, and the signal for that, which is deadly again in
+// every child of QProcess, would end it at the next line that it prints.
+class LastingProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override { std::signal(SIGPIPE, SIG_IGN); }
+};
 
 QString scriptsFolder()
 {
@@ -126,7 +132,7 @@ QString ScriptLauncher::launchScript(const QString& program, const QStringList& 
 QString ScriptLauncher::launchProgram(const QString& command, const QStringList& args)
 {
     const QString program = inScriptsFolder(command);
-    QProcess process;
+    LastingProcess process;
     process.start(program, args);
     qDebug() << "launch program"
              << "wait for started" << program << args;
@@ -180,8 +186,7 @@ QString ScriptLauncher::runScript(const QString& command, const QStringList& arg
     qDebug() << "arg::" << args;
     int arrivals = 0;
     QProcess process;
-    connect(&process, &QProcess::readyReadStandardOutput, this,
-            [&arrivals] { arrivals = qMin(arrivals + 1, mostArrivalsAhead); });
+    connect(&process, &QProcess::readyReadStandardOutput, this, [&arrivals] { ++arrivals; });
     process.start(command, args);
     if (!process.waitForStarted(longWaitMs)) {
         postStartFailure("Script Failed [%1]", command);

@@ -11,8 +11,10 @@ class QProcess;
 //
 // Programs are started with an argument list, without a shell (but for executeSystemCommand). Only
 // standard output is ever read; it is UTF-8, and text ends at its first NUL. Every operation blocks
-// its caller; a launcher belongs to one thread. A relative name is looked for in the platform's
-// scripts folder where "script name" is said. The system message of a failed start has type Error.
+// its caller; a launcher belongs to one thread. Where "script name" is said, a relative name is
+// looked for in the platform's scripts folder,
+// "/opt/Merivon/Versions/Merivon-current/ServiceUI/Scripts/". The system message of a failed start
+// has type Error.
 class ScriptLauncher : public QObject
 {
     Q_OBJECT
@@ -21,26 +23,32 @@ public:
     explicit ScriptLauncher(QObject* parent = nullptr);
 
     // Runs a script (script name) and gives its output less the last character, usually the line
-    // end. Waits 30 s for the start and without limit for the output, and pumps no events. When it
-    // does not start: "there was an error starting script.", a log line and a system message.
+    // end. Waits 30 s for the start and without limit until the script has ended, and pumps no
+    // events. When it does not start: "there was an error starting script.", a log line and a
+    // system message.
     Q_INVOKABLE QString launchScript(const QString& program, const QStringList& argList = {});
 
     // Runs a program (script name) to its end, pumping events, and gives its output less the last
-    // byte. There is no limit and no failure: when it cannot be started, this does not return.
+    // byte. There is no limit and no failure: when it cannot be
+    // started, this does not return. A program that still runs when the updater ends goes on, with
+    // SIGPIPE ignored.
     Q_INVOKABLE QString launchProgram(const QString& command, const QStringList& args = {});
 
     // launchProgram after about `sec` seconds, with events pumped. A negative `sec` waits for days.
     Q_INVOKABLE QString launchProgramWithDelay(const QString& command, const QStringList& arg = {},
                                                int sec = 2);
 
-    // Starts a program so that it outlives the updater, by the platform's helper script. A relative
-    // name is taken from the current folder. Pumps no events; waits 30 s each for the helper's
+    // Starts a program so that it outlives the updater, by the platform's helper script
+    // "start_detached_process.sh" in the scripts folder. A relative name is taken from the current
+    // folder. Pumps no events; waits 30 s each for the helper's
     // start, its end and its output, and drops the output. A helper that does not start shows in
     // the log and as a system message, one that does not end in the log.
     Q_INVOKABLE void launchDetachedProcess(const QString& command, QStringList argList = {});
 
-    // Runs a script, found as a process finds it, that tells its progress a line at a time, each
-    // handed on by loadCompleted. Starts after 2 s, rests 1 s after each line and pumps events.
+    // Runs a script, found as a process finds it, that tells its progress a line at a time. Each
+    // time output comes in, loadCompleted hands one line on: of lines that came in together, those
+    // that no further output follows are never told. Starts after 2 s, rests 1 s after each line
+    // and pumps events; a script that prints faster is waited for longer than it runs.
     // "1" when the exit code is 1, "0" for any other code and for a script that did not start,
     // which also shows in the log and as a system message.
     Q_INVOKABLE QString runScript(const QString& command, const QStringList& args);
@@ -50,8 +58,9 @@ public:
     // Either failure shows in the log, a failed start also as a system message.
     Q_INVOKABLE bool systemCommand(const QString& command, const QStringList& argList);
 
-    // Hands a command line to the shell, waits for it without pumping events and gives the wait
-    // status that system(3) gives: not an exit code.
+    // Hands a command line to the shell, waits for it without pumping events and gives what
+    // system(3) gives: a wait status, not an exit code; -1 when no process could be made. What the
+    // command line prints goes to the updater's own standard output.
     Q_INVOKABLE int executeSystemCommand(const QString& command);
 
     // Pauses about `sec` seconds in rounds of 10 ms with events pumped; one round at least.
