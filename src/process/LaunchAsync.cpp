@@ -4,6 +4,7 @@
 
 #include <QDebug>
 
+#include <exception>
 #include <list>
 #include <mutex>
 #include <system_error>
@@ -55,10 +56,23 @@ void tellEnd(const Job& job, const QString& result)
         emit job.owner->endLaunch(result);
 }
 
-void run(const Job& job)
+QString failure(const Job& job, const char* reason)
 {
-    ScriptLauncher launcher;
-    tellEnd(job, launcher.launchProgram(job.command, job.args));
+    qDebug() << "launch:" << job.command << reason;
+    return QStringLiteral("Error: ") + QString::fromLocal8Bit(reason);
+}
+
+// What goes wrong in a job, such as an output that exceeds the memory, ends the job as a failed one
+// and not the updater.
+QString resultOf(const Job& job)
+{
+    try {
+        return ScriptLauncher().launchProgram(job.command, job.args);
+    } catch (const std::exception& error) {
+        return failure(job, error.what());
+    } catch (...) {
+        return failure(job, "unknown exception");
+    }
 }
 
 } // namespace
@@ -80,7 +94,7 @@ void LaunchAsync::launch(const QString& command, const QStringList& args) const
     const JobPosition job = enter({command, args, this});
     try {
         std::thread([job] {
-            run(*job);
+            tellEnd(*job, resultOf(*job));
             leave(job);
         }).detach();
     } catch (const std::system_error& error) {

@@ -28,6 +28,9 @@ signals:
     void beginLaunch() const;
 
     // Emitted on the job's thread when the program has ended: its standard output less the last
-    // byte. A text with "Error" in it when no thread could be had; then by launch itself.
+    // byte. "Error: " and the reason when the job failed, as for want of memory; by launch itself
+    // when no thread could be had. It is emitted under the lock of all jobs, so a receiver is
+    // connected queued, or directly if it is short; never blocking-queued, as its thread may be
+    // waiting for that lock.
     void endLaunch(const QString& result) const;
 };

@@ -18,11 +18,24 @@ constexpr int longWaitMs = 30000;
 constexpr int startWaitMs = 1000;
 constexpr int shortWaitMs = 10;
 
+// What a log line holds of an output. All of it would be several times as long as the output: a
+// hundred megabytes of it stop the updater for seconds, and more exhausts a board's memory.
+constexpr int loggedBytes = 4096;
+
 // A program that goes on when the updater ends: a remote quit must not cut an install short. With
 // the updater the reader of its output is gone, and the signal for that, which is deadly again in
 // every child of QProcess, would end it at the next line that it prints.
 class LastingProcess : public QProcess
 {
+public:
+    // Output is left here only when it has exceeded the memory. QProcess reads more of it while it
+    // ends its program; a second want of memory would then end the updater.
+    ~LastingProcess() override
+    {
+        if (QProcess::bytesAvailable() > 0)
+            skip(QProcess::bytesAvailable());
+    }
+
 protected:
     void setupChildProcess() override { std::signal(SIGPIPE, SIG_IGN); }
 };
@@ -41,6 +54,14 @@ QString inScriptsFolder(const QString& program)
 QString textOf(const QByteArray& output)
 {
     return QString::fromUtf8(output.constData());
+}
+
+void logOutput(const QByteArray& output)
+{
+    if (output.size() <= loggedBytes)
+        qDebug() << output;
+    else
+        qDebug() << output.left(loggedBytes) << "and bytes more:" << output.size() - loggedBytes;
 }
 
 void postStartFailure(const char* text, const QString& command)
@@ -145,7 +166,7 @@ QString ScriptLauncher::launchProgram(const QString& command, const QStringList&
     output.chop(1);
     qDebug() << "launch program"
              << "finished";
-    qDebug() << output;
+    logOutput(output);
     qDebug() << process.error();
     qDebug() << process.errorString();
     return textOf(output);

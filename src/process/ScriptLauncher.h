@@ -29,7 +29,7 @@ public:
     Q_INVOKABLE QString launchScript(const QString& program, const QStringList& argList = {});
 
     // Runs a program (script name) to its end, pumping events, and gives its output less the last
-    // byte. There is no limit and no failure: when it cannot be
+    // byte; the log has the first 4096 bytes. There is no limit and no failure: when it cannot be
     // started, this does not return. A program that still runs when the updater ends goes on, with
     // SIGPIPE ignored.
     Q_INVOKABLE QString launchProgram(const QString& command, const QStringList& args = {});

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <optional>
+#include <sys/resource.h>
 
 namespace {
 
@@ -45,6 +46,26 @@ private slots:
         QCOMPARE(QSet<QString>(results.begin(), results.end()).size(), 31);
         Dispenser::writeFile("/tmp/go", {});
         QTRY_COMPARE(results.mid(33), QStringList("slow"));
+        QVERIFY(jobsEnd());
+    }
+
+    void anOutputThatExceedsTheMemoryFailsTheJobOnly()
+    {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        QSKIP("a sanitizer's own memory has no such limit");
+#endif
+        LaunchAsync launcher;
+        QString result;
+        connect(&launcher, &LaunchAsync::endLaunch, this,
+                [&](const QString& text) { result = text; });
+        rlimit limit {};
+        getrlimit(RLIMIT_AS, &limit);
+        const rlimit tight {Q_UINT64_C(1) << 30, limit.rlim_max};
+        setrlimit(RLIMIT_AS, &tight);
+        launcher.launch("/bin/sh", {"-c", "head -c 900000000 /dev/zero"});
+        QTRY_VERIFY_WITH_TIMEOUT(!result.isNull(), 20000);
+        setrlimit(RLIMIT_AS, &limit);
+        QVERIFY2(result.startsWith("Error: "), qPrintable(result));
         QVERIFY(jobsEnd());
     }
 
