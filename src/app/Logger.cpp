@@ -2,7 +2,7 @@
 
 #include "database/TableDictionary.h"
 
-bool Logger::logDevMessages = false;
+std::atomic<bool> Logger::logDevMessages = false;
 
 void Logger::getLogDevMessages()
 {
