@@ -97,12 +97,14 @@ private slots:
         const LogCapture log;
         QDir::setCurrent(media);
         const QStringList found = SoftwareManager().getDirRecursivly("STICK");
-        const QByteArray medium = QFile::encodeName(media) + "caf\xE9"; // so may a medium be called
-        QCOMPARE(rename(latin1, medium), 0);
+        rename(latin1, QFile::encodeName(stick) + "readable");
+        put("other/w_MFV_V1.hex"); // so may a medium be called
+        const QByteArray medium = QFile::encodeName(media) + "caf\xE9";
+        QCOMPARE(rename(QFile::encodeName(media) + "other", medium), 0);
         QVERIFY(SoftwareManager().findMediaDevices().contains(QStringLiteral("caf\uFFFD")));
         QVERIFY(onMedia(SoftwareManager().findAvailableSoftware())
-                    .contains(QStringLiteral("caf\uFFFD/x_MFV_V1.hex")));
-        rename(medium, QFile::encodeName(media) + "readable");
+                    .contains(QStringLiteral("caf\uFFFD/w_MFV_V1.hex")));
+        rename(medium, QFile::encodeName(media) + "other");
         QCOMPARE(onMedia(found).remove("STICK/").remove("_MFV_V1.hex"),
                  QStringLiteral("M|n|b/z|b/C/y|B2/link|B2/x|caf\uFFFD/x|d/link|d/x"));
         QVERIFY(log.count("cannot read folder: ") > 0);
