@@ -152,6 +152,9 @@ bool UiConfig::readFromDb()
     qDebug() << "Reading configuration...";
     const QMutexLocker lock(&m_mutex);
     TableDictionary dictionary(nullptr);
+    // One connection for all these reads: to open it costs more than to read. Closed as the
+    // dictionary goes.
+    const DatabaseBase::ConnectionHold hold;
     setSystemModel(dictionary.getDictionaryValue(QStringLiteral("systemModel"), m_systemModel));
     m_system_Model = QString(m_systemModel).replace(' ', '_');
     setOwnWifiFccId(); // no setting overrides it, and what the scene wrote does not last
