@@ -9,6 +9,9 @@ Rectangle {
     property string pageTitle: vemTranslations.lookUp("Software Updater")
                                + vemTranslations.languageBinder
 
+    // Made when it is shown first: the start does not wait for what few technicians open.
+    property Item advanceOptionsPanel: null
+
     function showChoicePanel() {
         showOnly(choicePanel);
         pageTitleLabel.text = Qt.binding(function() { return mainPanel.pageTitle; });
@@ -20,6 +23,8 @@ Rectangle {
     }
 
     function showAdvanceOptionsPanel() {
+        if (!advanceOptionsPanel)
+            advanceOptionsPanel = Qt.createComponent("AdvanceOptionsPanel.qml").createObject(mainPanel);
         showOnly(advanceOptionsPanel);
         setTitle("Advanced Options");
     }
@@ -27,7 +32,8 @@ Rectangle {
     function showOnly(panel) {
         choicePanel.showMenu = panel === choicePanel;
         updatePanel.showMenu = panel === updatePanel;
-        advanceOptionsPanel.showMenu = panel === advanceOptionsPanel;
+        if (advanceOptionsPanel)
+            advanceOptionsPanel.showMenu = panel === advanceOptionsPanel;
     }
 
     // Bound, so that the title follows a change of language.
@@ -46,5 +52,4 @@ Rectangle {
 
     ChoicePanel { id: choicePanel }
     UpdatePanel { id: updatePanel }
-    AdvanceOptionsPanel { id: advanceOptionsPanel }
 }
