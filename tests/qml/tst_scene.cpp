@@ -1,6 +1,8 @@
 #include "Dispenser.h"
 #include "Stage.h"
 
+#include "process/ScriptLauncher.h"
+
 #include <QApplication>
 #include <QRegularExpression>
 #include <QTest>
@@ -224,6 +226,19 @@ private slots:
         QVERIFY(stage.tap("Yes"));
         QCOMPARE(stage.scripts.commands, commands);
         QCOMPARE(stage.manager.calls.contains("logDeleted " + version), !word.isEmpty());
+
+        // The real shell removes that folder, does nothing else, and leaves the others alone.
+        const QDir store(Dispenser::versionsStore);
+        const auto filter = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        QStringList others = store.entryList(filter);
+        others.removeAll(version);
+        if (!word.isEmpty())
+            QVERIFY(store.mkdir(version) || store.exists(version));
+        QDir::setCurrent("/tmp");
+        for (const auto& command : commands)
+            QCOMPARE(ScriptLauncher().executeSystemCommand(command), 0);
+        QCOMPARE(store.entryList(filter), others);
+        QVERIFY(!QFile::exists("/tmp/x"));
     }
 
     void runningVersionStaysAndBackLeavesTheQuestion()
