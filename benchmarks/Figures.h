@@ -21,3 +21,7 @@ Figures fileFigures(); // scan, copy and listing, against find, cp and ls
 Figures launchFigures(); // waiting for other programs, against one core
 Figures stallFigures(); // the event loop during an import, against 50 ms
 Figures screenFigures(); // opening the advanced screen, against the update screen
+
+// From the call of the scene's function that opens a screen to the screen's first frame, in a scene
+// that has just come up. What screenFigures has a process of its own do, once in each.
+double secondsToOpen(const char* function);

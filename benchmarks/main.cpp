@@ -40,14 +40,25 @@ bool print(const Figures& figures, int output)
     return good;
 }
 
+// Gives the exit status.
+int run(const std::string& theme, const char* function, int output)
+{
+    if (function) {
+        dprintf(output, "%g", secondsToOpen(function));
+        return EXIT_SUCCESS;
+    }
+    return print(themes.at(theme)(), output) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 } // namespace
 
 // updater_bench THEME: prints the theme's figures. Exit status 1 when one is over its limit, 2 when
-// one cannot be measured.
+// one cannot be measured. updater_bench open FUNCTION: see secondsToOpen.
 int main(int argc, char** argv)
 {
-    const auto theme = themes.find(argc == 2 ? argv[1] : "");
-    if (theme == themes.end() || access("/opt/dispenser", R_OK) != 0) {
+    const std::string theme = argc > 1 ? argv[1] : "";
+    const char* const function = argc == 3 && theme == "open" ? argv[2] : nullptr;
+    if ((!function && themes.count(theme) == 0) || access("/opt/dispenser", R_OK) != 0) {
         std::fputs("usage, inside the dispenser: updater_bench THEME\n", stderr);
         return 2;
     }
@@ -56,9 +67,9 @@ int main(int argc, char** argv)
     Application app(argc, argv);
     int status = 2;
     try {
-        status = print(theme->second(), output) ? EXIT_SUCCESS : EXIT_FAILURE;
+        status = run(theme, function, output);
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s: %s\n", argv[1], failure.what());
+        std::fprintf(stderr, "%s: %s\n", theme.c_str(), failure.what());
     }
     // A launch that waits for ever still runs on its thread, and may use what would be destroyed.
     std::_Exit(status);
