@@ -5,7 +5,6 @@
 #include <QSqlField>
 #include <QSqlIndex>
 #include <QSqlRecord>
-#include <QTemporaryDir>
 #include <QtPlugin>
 
 #include <cmath>
@@ -18,10 +17,7 @@ class TestSqlCipherDriver : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
-    int m_files = 0;
-
-    QString newFile() { return m_folder.filePath(QString::number(++m_files)); }
+    TestFiles m_files;
 
 private slots:
     void valuesComeBackAsTheyWereBound_data()
@@ -45,7 +41,7 @@ private slots:
     {
         QFETCH(QVariant, bound);
         QFETCH(QVariant, read);
-        TestConnection database(newFile());
+        TestConnection database(m_files.next());
         QSqlQuery query(database);
         QVERIFY_SQL(query, query.exec("CREATE TABLE t (v)"));
         QVERIFY_SQL(query, query.prepare("INSERT INTO t VALUES (:v)"));
@@ -61,7 +57,7 @@ private slots:
 
     void aStatementRunsAgainAfterItsEndAndAfterFinish()
     {
-        TestConnection database(newFile());
+        TestConnection database(m_files.next());
         QSqlQuery query(database);
         QVERIFY_SQL(query, query.exec("CREATE TABLE t (id INTEGER PRIMARY KEY, v TEXT)"));
         QVERIFY_SQL(query, query.prepare("INSERT INTO t (v) VALUES (?)"));
@@ -88,7 +84,7 @@ private slots:
 
     void closingEndsLiveStatementsAndTheConnectionOpensAgain()
     {
-        const QString file = newFile();
+        const QString file = m_files.next();
         QSqlQuery query;
         {
             TestConnection database(file);
@@ -110,7 +106,7 @@ private slots:
 
     void metadataNamesColumnsTablesAndKeys()
     {
-        TestConnection database(newFile());
+        TestConnection database(m_files.next());
         QSqlQuery query(database);
         QVERIFY_SQL(query,
                     query.exec("CREATE TABLE \"a b\" (id INTEGER PRIMARY KEY,"
@@ -127,7 +123,7 @@ private slots:
 
     void errorsCarryTheEnginesOwnText()
     {
-        TestConnection database(newFile());
+        TestConnection database(m_files.next());
         QSqlQuery query(database);
         QVERIFY_SQL(query, query.exec("CREATE TABLE t AS SELECT 1 AS v"));
         QVERIFY_SQL(query, query.exec("CREATE UNIQUE INDEX i ON t (v)"));

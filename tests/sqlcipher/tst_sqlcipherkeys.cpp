@@ -3,7 +3,6 @@
 #include "SqlTest.h"
 
 #include <QCoreApplication>
-#include <QTemporaryDir>
 #include <QtPlugin>
 
 #include <atomic>
@@ -17,14 +16,11 @@ class TestSqlCipherKeys : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
-    int m_files = 0;
-
-    QString newFile() { return m_folder.filePath(QString::number(++m_files)); }
+    TestFiles m_files;
 
     QString newDatabase(const QString& content)
     {
-        const QString file = newFile();
+        const QString file = m_files.next();
         Dispenser::sql(
             QStringLiteral("CREATE TABLE t (v TEXT); INSERT INTO t VALUES ('%1')").arg(content),
             file);
@@ -38,7 +34,7 @@ private slots:
         QCOMPARE(TestConnection(theirs).value("SELECT v FROM t"),
                  QString("d\u00e9j\u00e0 \U0001F964"));
 
-        const QString ours = newFile();
+        const QString ours = m_files.next();
         {
             TestConnection database(ours);
             QSqlQuery query(database);
@@ -77,7 +73,7 @@ private slots:
 
     void aFileOfOtherParametersStillTakesThePassPhrase()
     {
-        const QString file = newFile();
+        const QString file = m_files.next();
         Dispenser::sql("PRAGMA kdf_iter=4000; CREATE TABLE t AS SELECT 'few rounds' AS v", file);
         TestConnection database(file);
         QSqlQuery(database).exec("PRAGMA kdf_iter=4000");

@@ -3,12 +3,24 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QUuid>
 
 // QVERIFY for SQL: a failure shows the engine's own words.
 #define QVERIFY_SQL(object, expression)                                                            \
     QVERIFY2((expression), qPrintable((object).lastError().text()))
+
+// Paths for new database files, gone with the object.
+class TestFiles
+{
+public:
+    QString next() { return m_folder.filePath(QString::number(++m_count)); }
+
+private:
+    QTemporaryDir m_folder;
+    int m_count = 0;
+};
 
 // A connection of a name of its own through the updater's driver, keyed with a pass phrase unless
 // that is empty, removed at the end of its scope.
