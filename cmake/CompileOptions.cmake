@@ -9,10 +9,14 @@ target_compile_options(updater_options INTERFACE
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference
     # Qt's own macros and generated code are not written to these two.
     -Wno-sign-conversion
+    -Wno-psabi              # how arguments are passed on Arm changed before any of this was compiled
 )
 target_compile_definitions(updater_options INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     QT_DEPRECATED_WARNINGS
+    # Without it the 32-bit board can neither read folders whose inode numbers need 64 bits, as some
+    # sticks' do, nor files of 2 GiB and more.
+    _FILE_OFFSET_BITS=64
 )
 
 if(UPDATER_SANITIZE)
