@@ -1,6 +1,6 @@
 # What Debian hardens its own packages with: the updater reads sticks of strangers and may erase
-# versions, so a fault in it should end it, not obey whoever made the stick. It holds for all that is
-# optimised, tests and benchmarks included, so that what is tested is what is shipped.
+# versions, so a fault in it should end it, not obey whoever made the stick. Tests and benchmarks
+# have it too, so that what is tested is what is shipped.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX) # without the check an executable is compiled, but not linked, for it
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
@@ -8,8 +8,9 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 add_compile_options(-fstack-protector-strong -Wformat -Werror=format-security)
 add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 
-# Its checks need the optimiser, and the sanitizers have finer ones in the same functions. Taken away
+# Fortified calls need the optimiser, and the sanitizers check the same calls more finely. Undefined
 # first: some compilers define it by themselves, and a second, different value is a warning.
 if(NOT UPDATER_SANITIZE)
-    add_compile_options($<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+    set(OPTIMISED $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+    add_compile_options($<${OPTIMISED}:-U_FORTIFY_SOURCE> $<${OPTIMISED}:-D_FORTIFY_SOURCE=2>)
 endif()
