@@ -1,4 +1,4 @@
-#include "RemoteControl.h" // made from the description of the interface
+#include "UpdaterInterface.h" // made from the description of the interface
 
 #include <QCoreApplication>
 
