@@ -94,14 +94,16 @@ public:
     // Emits copyBegun, copyProgress at each change of the percent, copyProgress(100) and
     // copyCompleted. When it cannot begin, it emits error with the reason and returns false. Once
     // begun it runs to the end and returns true: a write that fails (disk full) or a medium that is
-    // pulled goes unnoticed, so a caller that must be sure compares the files.
+    // pulled goes unnoticed, so a caller that must be sure compares the files. It ends with false,
+    // and half a copy, when this item is destroyed meanwhile.
     Q_INVOKABLE bool copyFile(const QString& sourceFilename, const QString& destinationFolder);
     // True when the file was there and has been removed; folders are not removed.
     Q_INVOKABLE bool deleteFile(const QString& path);
     // Deletes the files of a folder, whose path must end in "/", that are older than the current
     // version's entry in the versions store; all of them when there is no current version.
     Q_INVOKABLE void removeOldUpdates(const QString& filePath);
-    // The first line of a file as UTF-8, up to a NUL byte if there is one, with its line end.
+    // The first line of a regular file as UTF-8, with its line end; at most 64 KiB of it, and up to
+    // a NUL byte if there is one.
     Q_INVOKABLE QString readOneLineFile(const QString& fname);
     // Names of the folders of the media folder that are mount points, by name ignoring case. A
     // folder that stands right after a plain one is never examined and always in the list.

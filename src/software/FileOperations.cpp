@@ -10,6 +10,7 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <algorithm>
 #include <limits>
@@ -26,7 +27,8 @@ constexpr qint64 copyChunk = 1LL << 20;
 QString openForCopy(QFile& source, QFile& destination, const QString& destinationFolder)
 {
     const QString sourceName = source.fileName();
-    if (!source.exists())
+    // Not QFile's own, which says of a link that it exists wherever it leads.
+    if (!QFileInfo::exists(sourceName))
         return QStringLiteral("Error: File '%1' doesn't exist.").arg(sourceName);
     if (!QFileInfo(sourceName).isFile() || !source.open(QFile::ReadOnly | QFile::Unbuffered))
         return QStringLiteral("Error: Can't access file '%1'.").arg(sourceName);
@@ -76,6 +78,8 @@ bool FileHelper::copyFile(const QString& sourceFilename, const QString& destinat
     const QString reason = openForCopy(source, destination, destinationFolder);
     if (!reason.isEmpty())
         return refuseCopy(reason);
+    // A slot, or an event that is served meanwhile, may destroy this item.
+    const QPointer<FileHelper> self(this);
     emit copyBegun();
     QCoreApplication::processEvents();
 
@@ -83,7 +87,7 @@ bool FileHelper::copyFile(const QString& sourceFilename, const QString& destinat
     const qint64 size = source.size();
     QByteArray buffer(static_cast<int>(std::min(size, copyChunk)), Qt::Uninitialized);
     qint64 reported = 0;
-    for (qint64 position = 0; position < size; position += copyChunk) {
+    for (qint64 position = 0; self && position < size; position += copyChunk) {
         copyChunkTo(position + copyChunk, source, destination, buffer);
         // The percent of the chunks before this one, kept: the pages' progress bars are timed to
         // it.
@@ -94,9 +98,12 @@ bool FileHelper::copyFile(const QString& sourceFilename, const QString& destinat
             reported = percent;
         }
     }
-    emit copyProgress(100);
+    if (self)
+        emit copyProgress(100);
     destination.close();
     source.close();
+    if (!self)
+        return false;
     emit copyCompleted();
     return true;
 }
@@ -125,10 +132,12 @@ void FileHelper::removeOldUpdates(const QString& filePath)
 
 QString FileHelper::readOneLineFile(const QString& fname)
 {
+    constexpr qint64 longestLine = 1 << 16;
     QFile file(fname);
-    if (!file.open(QFile::ReadOnly))
+    if (!QFileInfo(fname).isFile() || !file.open(QFile::ReadOnly))
         return {};
-    return QString::fromUtf8(file.readLine().constData());
+    // Qt counts the NUL that it puts behind the line.
+    return QString::fromUtf8(file.readLine(longestLine + 1).constData());
 }
 
 QStringList FileHelper::findMediaDevices()

@@ -1,33 +1,26 @@
 #include "software/FolderReader.h"
 
 #include <QDebug>
+#include <QFile>
 
 #include <cerrno>
 #include <cstring>
-#include <sys/stat.h>
+#include <fcntl.h>
 
 namespace {
 
-// DT_REG, DT_DIR or something that is of no interest here.
-unsigned char typeOf(DIR* directory, const dirent& entry)
-{
-    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
-        return entry.d_type;
-    struct stat status
-    {
-    };
-    // A dangling link, or a file that has vanished since.
-    if (fstatat(dirfd(directory), static_cast<const char*>(entry.d_name), &status, 0) != 0)
-        return DT_UNKNOWN;
-    return static_cast<unsigned char>(IFTODT(status.st_mode));
-}
-
-void logUnreadable(const QByteArray& folder)
+// A path that leads to nothing (any more) is an ordinary case: a stick may be pulled at any time,
+// and hold links of another machine.
+void logUnreadable(const char* what, const QByteArray& path)
 {
     const int reason = errno;
-    // A path that is no folder (any more) is an ordinary case: a stick may be pulled at any time.
-    if (reason != ENOENT && reason != ENOTDIR)
-        qDebug() << "cannot read folder: " << folder << std::strerror(reason);
+    if (reason != ENOENT && reason != ENOTDIR && reason != ELOOP)
+        qDebug() << what << path << std::strerror(reason);
+}
+
+unsigned typeOf(const std::optional<struct stat>& status)
+{
+    return status ? IFTODT(status->st_mode) : unsigned {DT_UNKNOWN};
 }
 
 } // namespace
@@ -38,14 +31,22 @@ bool FolderReader::Entry::operator<(const Entry& other) const
     return order != 0 ? order < 0 : name < other.name;
 }
 
-FolderReader::FolderReader(const QByteArray& path)
-    : m_path(path), m_directory(opendir(path.constData()))
+bool FolderReader::isText(const QByteArray& path)
 {
+    return QFile::encodeName(QFile::decodeName(path)) == path;
+}
+
+FolderReader::FolderReader(const QByteArray& path, const Background::Stop& stop)
+    : m_path(path), m_stop(stop)
+{
+    if (m_stop)
+        return;
+    m_directory.reset(opendir(path.constData()));
     struct stat status
     {
     };
     if (!m_directory || fstat(dirfd(m_directory.get()), &status) != 0) {
-        logUnreadable(path);
+        logUnreadable("cannot read folder: ", path);
         m_directory.reset();
         return;
     }
@@ -55,14 +56,8 @@ FolderReader::FolderReader(const QByteArray& path)
 bool FolderReader::next()
 {
     while (const dirent* entry = readEntry()) {
-        if (entry->d_name[0] == '.')
-            continue;
-        const unsigned char type = typeOf(m_directory.get(), *entry);
-        if (type != DT_DIR && type != DT_REG)
-            continue;
-        m_name = static_cast<const char*>(entry->d_name);
-        m_isFolder = type == DT_DIR;
-        return true;
+        if (entry->d_name[0] != '.' && examine(*entry))
+            return true;
     }
     return false;
 }
@@ -71,8 +66,37 @@ bool FolderReader::next()
 const dirent* FolderReader::readEntry() const
 {
     errno = 0;
-    const dirent* const entry = m_directory ? readdir(m_directory.get()) : nullptr;
+    const dirent* const entry = m_directory && !m_stop ? readdir(m_directory.get()) : nullptr;
     if (!entry && errno != 0)
-        logUnreadable(m_path);
+        logUnreadable("cannot read folder: ", m_path);
     return entry;
+}
+
+// False for what is neither a file nor a folder, links followed.
+bool FolderReader::examine(const dirent& entry)
+{
+    const char* const name = static_cast<const char*>(entry.d_name);
+    unsigned type = entry.d_type;
+    if (type == DT_UNKNOWN)
+        type = typeOf(statusOf(name, AT_SYMLINK_NOFOLLOW));
+    m_isLink = type == DT_LNK;
+    if (m_isLink) {
+        const auto target = statusOf(name, 0);
+        type = typeOf(target);
+        m_linkedDevice = target ? target->st_dev : 0;
+    }
+    m_name = name;
+    m_isFolder = type == DT_DIR;
+    return m_isFolder || type == DT_REG;
+}
+
+std::optional<struct stat> FolderReader::statusOf(const char* name, int flags) const
+{
+    struct stat status
+    {
+    };
+    if (fstatat(dirfd(m_directory.get()), name, &status, flags) == 0)
+        return status;
+    logUnreadable("cannot read entry: ", m_path + '/' + name);
+    return std::nullopt;
 }

@@ -1,17 +1,20 @@
 #pragma once
 
+#include "software/Background.h"
+
 #include <QByteArray>
 #include <QString>
 
 #include <dirent.h>
 #include <memory>
-#include <sys/types.h>
+#include <optional>
+#include <sys/stat.h>
 #include <vector>
 
 // Reads the visible folders and regular files of one folder, straight from the file system through
 // readdir(). Names are bytes: a stick that another system has written may hold names that are not
-// UTF-8, which Qt's own listings leave out. A status is asked for only where a type cannot be told
-// without it.
+// UTF-8, which Qt's own listings leave out without a word. A status is asked for only where a type
+// cannot be told without it.
 class FolderReader
 {
 public:
@@ -20,6 +23,11 @@ public:
     {
         dev_t device;
         ino_t inode;
+
+        bool operator<(const Identity& other) const
+        {
+            return device != other.device ? device < other.device : inode < other.inode;
+        }
     };
 
     // A name in the order that listings have: ignoring case, and by the exact name where two differ
@@ -28,8 +36,10 @@ public:
     {
         QString sortKey;
         QByteArray name;
+        bool isLink;
 
-        Entry(const QString& text, const QByteArray& bytes) : sortKey(text.toLower()), name(bytes)
+        Entry(const QString& text, const FolderReader& reader)
+            : sortKey(text.toLower()), name(reader.name()), isLink(reader.isLink())
         {
         }
         bool operator<(const Entry& other) const;
@@ -37,8 +47,12 @@ public:
     using Entries = std::vector<Entry>;
 
     // `path` as the file system spells it. The log tells when it cannot be read, but not when there
-    // is no such folder.
-    explicit FolderReader(const QByteArray& path);
+    // is no such folder. Once `stop` is set the folder has no further entries, and a new one is not
+    // opened.
+    explicit FolderReader(const QByteArray& path, const Background::Stop& stop = Background::never);
+
+    // Whether a name or path, as a text, still leads to the same: it does not when it is not UTF-8.
+    static bool isText(const QByteArray& path);
 
     bool isOpen() const { return m_directory != nullptr; }
     // Of an open folder.
@@ -46,11 +60,14 @@ public:
 
     // Goes on to the next entry; links count as what they lead to, and what leads nowhere is passed
     // over. False at the end, and at once when the folder is not open; the log tells when reading
-    // ended in an error.
+    // ended in an error, and which link could not be followed though it leads somewhere.
     bool next();
     // Of the entry that next() has gone on to.
     QByteArray name() const { return m_name; }
     bool isFolder() const { return m_isFolder; }
+    bool isLink() const { return m_isLink; }
+    // The device that a link leads to.
+    dev_t linkedDevice() const { return m_linkedDevice; }
 
 private:
     struct Close
@@ -59,10 +76,15 @@ private:
     };
 
     const dirent* readEntry() const;
+    bool examine(const dirent& entry);
+    std::optional<struct stat> statusOf(const char* name, int flags) const;
 
     QByteArray m_path;
+    const Background::Stop& m_stop;
     std::unique_ptr<DIR, Close> m_directory;
     Identity m_identity {};
     QByteArray m_name;
     bool m_isFolder = false;
+    bool m_isLink = false;
+    dev_t m_linkedDevice = 0;
 };

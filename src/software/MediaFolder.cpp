@@ -14,13 +14,13 @@ QString path()
     return QStringLiteral("/media/") + QDir::home().dirName();
 }
 
-QByteArrayList subfolders()
+QByteArrayList subfolders(const Background::Stop& stop)
 {
-    FolderReader reader(QFile::encodeName(path()));
+    FolderReader reader(QFile::encodeName(path()), stop);
     FolderReader::Entries folders;
     while (reader.next()) {
         if (reader.isFolder())
-            folders.emplace_back(QFile::decodeName(reader.name()), reader.name());
+            folders.emplace_back(QFile::decodeName(reader.name()), reader);
     }
     std::sort(folders.begin(), folders.end());
     QByteArrayList names;
@@ -32,8 +32,10 @@ QByteArrayList subfolders()
 QStringList texts(const QByteArrayList& names)
 {
     QStringList result;
-    for (const QByteArray& name : names)
-        result.append(QFile::decodeName(name));
+    for (const QByteArray& name : names) {
+        if (FolderReader::isText(name))
+            result.append(QFile::decodeName(name));
+    }
     return result;
 }
 

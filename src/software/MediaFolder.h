@@ -1,5 +1,7 @@
 #pragma once
 
+#include "software/Background.h"
+
 #include <QByteArrayList>
 #include <QString>
 #include <QStringList>
@@ -14,10 +16,10 @@ QString path();
 
 // Names of the folders in path(), links to folders included, hidden ones not, by name ignoring
 // case. As the file system spells them, since a stick's label need not be UTF-8. Empty when there
-// is no such folder.
-QByteArrayList subfolders();
+// is no such folder; the names read so far when `stop` is set.
+QByteArrayList subfolders(const Background::Stop& stop = Background::never);
 
-// Such names as texts, to show; one that was not UTF-8 names no folder any more.
+// Such names as texts; those that no text leads back to are left out.
 QStringList texts(const QByteArrayList& names);
 
 // The absolute path of one of them, spelled likewise.

@@ -23,62 +23,63 @@ bool isWanted(const QString& name)
 
 } // namespace
 
-QStringList PackageSearch::below(const QByteArray& folder)
+QStringList PackageSearch::below(const QByteArray& root)
 {
-    m_path.clear();
+    m_device.reset();
+    m_entered.clear();
     m_found.clear();
-    walk(folder);
+    walk(root, false);
     return m_found;
 }
 
-void PackageSearch::walk(const QByteArray& folder)
+void PackageSearch::walk(const QByteArray& folder, bool throughLink)
 {
     // Its reader is gone before the subfolders are entered: however deep a stick is, one descriptor
     // is enough.
-    Listing listing;
-    if (!read(folder, listing))
-        return;
     const QByteArray prefix = folder.endsWith('/') ? folder : folder + '/';
-    appendFiles(prefix, std::move(listing.files));
+    Listing listing;
+    if (!read(prefix, throughLink, listing))
+        return;
+    std::sort(listing.files.begin(), listing.files.end());
+    for (const FolderReader::Entry& file : listing.files)
+        m_found.append(QFile::decodeName(prefix + file.name));
     std::sort(listing.folders.begin(), listing.folders.end());
     for (const FolderReader::Entry& subfolder : listing.folders)
-        walk(prefix + subfolder.name);
-    m_path.pop_back();
+        walk(prefix + subfolder.name, throughLink || subfolder.isLink);
 }
 
-// Puts the folder on the path, unless it cannot be read or is on it already: a link that leads back
-// up the tree would otherwise be followed without end.
-bool PackageSearch::read(const QByteArray& folder, Listing& listing)
+// False when the folder is not to be walked.
+bool PackageSearch::read(const QByteArray& folder, bool throughLink, Listing& listing)
 {
-    FolderReader reader(folder);
-    if (!reader.isOpen() || isOnPath(reader.identity()))
+    FolderReader reader(folder, m_stop);
+    if (!reader.isOpen() || !enter(reader.identity(), throughLink))
         return false;
-    m_path.push_back(reader.identity());
     while (reader.next()) {
         const QString text = QFile::decodeName(reader.name());
-        if (reader.isFolder())
-            listing.folders.emplace_back(text, reader.name());
-        else if (isWanted(text))
-            listing.files.emplace_back(text, reader.name());
+        const bool wanted = reader.isFolder() || isWanted(text);
+        if (wanted && isReachable(reader, folder + reader.name()))
+            (reader.isFolder() ? listing.folders : listing.files).emplace_back(text, reader);
     }
     return true;
 }
 
-bool PackageSearch::isOnPath(const FolderReader::Identity& identity) const
+// A real folder has one path from the root and is always entered by it, so that its files are
+// listed under that path too.
+bool PackageSearch::enter(const FolderReader::Identity& folder, bool throughLink)
 {
-    return std::any_of(m_path.begin(), m_path.end(), [&](const FolderReader::Identity& above) {
-        return above.device == identity.device && above.inode == identity.inode;
-    });
+    if (!m_device)
+        m_device = folder.device;
+    const bool first = m_entered.insert(folder).second;
+    return !throughLink || (first && folder.device == m_device);
 }
 
-void PackageSearch::appendFiles(const QByteArray& prefix, FolderReader::Entries files)
+bool PackageSearch::isReachable(const FolderReader& entry, const QByteArray& path) const
 {
-    std::sort(files.begin(), files.end());
-    for (const FolderReader::Entry& file : files) {
-        const QByteArray path = prefix + file.name;
-        const QString text = QFile::decodeName(path);
-        if (QFile::encodeName(text) != path)
-            qDebug() << "name is not UTF-8, the file cannot be opened: " << path;
-        m_found.append(text);
-    }
+    const bool isOnMedium = !entry.isLink() || entry.linkedDevice() == m_device;
+    const bool isText = FolderReader::isText(path);
+    if (!isOnMedium)
+        qDebug() << "left out, the link leads off the medium: " << path;
+    else if (!isText)
+        qDebug() << "left out, the name is not UTF-8: " << path;
+    return isOnMedium && isText;
 }

@@ -146,8 +146,27 @@ private slots:
         QCOMPARE(copied(at("a"), "/none/"), "Error: Destination folder doesn't exist.|false");
         QCOMPARE(copied(at("a"), at("to/")), "Warning: File already exists.|false");
         QCOMPARE(copied(at("a"), at("shut/")), "Error: Permission denied|false");
+        QVERIFY(QFile::link("nowhere", at("gone")));
+        QCOMPARE(copied(at("gone"), at("to/")),
+                 "Error: File '" + at("gone") + "' doesn't exist.|false");
         QFile::setPermissions(at("shut"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QCOMPARE(m_helper->readOneLineFile(at("to/a")), QString("to/a"));
+    }
+
+    void endsACopyWhoseItemIsDestroyedOnTheWay()
+    {
+        Dispenser::writeFile(at("film"), QByteArray(3 << 20, 'x'));
+        for (const int moment : {0, 33, 66, 100}) { // of the beginning, of a chunk, of the end
+            put({QString::number(moment) + "/x"});
+            auto* const helper = new FileHelper;
+            const auto destroy = [helper, moment](int percent) {
+                if (percent == moment)
+                    delete helper;
+            };
+            connect(helper, &FileHelper::copyBegun, this, [destroy] { destroy(0); });
+            connect(helper, &FileHelper::copyProgress, this, destroy);
+            QVERIFY(!helper->copyFile(at("film"), at(QString::number(moment) + '/')));
+        }
     }
 
     void removesUpdatesOlderThanTheCurrentVersion()
@@ -201,7 +220,11 @@ private slots:
         QCOMPARE(m_helper->readOneLineFile(at("line")), QStringLiteral("caf\u00E9\n"));
         Dispenser::writeFile(at("line"), QByteArray("ab\0cd\n", 6));
         QCOMPARE(m_helper->readOneLineFile(at("line")), QString("ab"));
-        QCOMPARE(m_helper->readOneLineFile(at("gone")), QString());
+        Dispenser::writeFile(at("line"), QByteArray(100000, 'x'));
+        QCOMPARE(m_helper->readOneLineFile(at("line")).size(), 65536);
+        QCOMPARE(mkfifo(QFile::encodeName(at("pipe")), 0666), 0);
+        for (const QString& none : {at("gone"), m_folder->path(), at("pipe"), QString("/dev/zero")})
+            QCOMPARE(m_helper->readOneLineFile(none), QString());
     }
 };
 

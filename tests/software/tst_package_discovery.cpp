@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <thread>
@@ -82,33 +83,90 @@ private slots:
         qputenv("HOME", home);
     }
 
-    void walksDepthFirstFollowsLinksButNoLoopAndTellsOfWhatCannotBeRead()
+    // A real folder always, what links lead to besides once and on the medium only: the links come
+    // first in one order and last in the other.
+    void walksDepthFirstAndFollowsLinksOnTheirMedium()
     {
-        put("STICK/b/z_MFV_V1.hex|STICK/b/C/y_MFV_V1.hex|STICK/B2/x_MFV_V1.hex|STICK/f/"
-            "x_MFV_V1.hex|"
-            "STICK/n_MFV_V1.hex|STICK/M_MFV_V1.hex|STICK/shut/x_MFV_V1.hex");
-        QVERIFY(QFile::link("..", stick + "b/C/up") && QFile::link(stick, stick + "b/stick")
-                && QFile::link("self", stick + "self") && QFile::link("B2", stick + "d")
-                && QFile::link("nowhere", stick + "gone_MFV_V1.hex")
-                && QFile::link("../n_MFV_V1.hex", stick + "B2/link_MFV_V1.hex"));
+        put("STICK/b/z_MFV_V1.hex|STICK/b/C/y_MFV_V1.hex|STICK/B2/x_MFV_V1.hex|"
+            "STICK/n_MFV_V1.hex|STICK/M_MFV_V1.hex|STICK/shut/x_MFV_V1.hex|"
+            "BACKUP/v_MFV_V1.hex|BACKUP/f/u_MFV_V1.hex");
+        const QMap<QString, QString> links {{"a", "b/C"},
+                                            {"b/C/up", ".."},
+                                            {"b/stick", stick},
+                                            {"self", "self"},
+                                            {"d", "B2"},
+                                            {"gone_MFV_V1.hex", "nowhere"},
+                                            {"none", "M_MFV_V1.hex/none"},
+                                            {"B2/link_MFV_V1.hex", "../n_MFV_V1.hex"},
+                                            {"s/root", "/"},
+                                            {"s/proc", "/proc"},
+                                            {"s/sys", "/sys"},
+                                            {"s/other", media + "BACKUP"},
+                                            {"s/off_MFV_V1.hex", media + "BACKUP/v_MFV_V1.hex"},
+                                            {"blind_MFV_V1.hex", "shut/x_MFV_V1.hex"}};
+        QVERIFY(QDir().mkdir(stick + "s"));
+        for (auto link = links.begin(); link != links.end(); ++link)
+            QVERIFY(QFile::link(link.value(), stick + link.key()));
         QFile::setPermissions(stick + "shut", QFile::Permissions());
-        const QByteArray latin1 = QFile::encodeName(stick) + "caf\xE9";
-        QCOMPARE(rename(QFile::encodeName(stick) + "f", latin1), 0);
         const LogCapture log;
         QDir::setCurrent(media);
         const QStringList found = SoftwareManager().getDirRecursivly("STICK");
-        rename(latin1, QFile::encodeName(stick) + "readable");
-        put("other/w_MFV_V1.hex"); // so may a medium be called
-        const QByteArray medium = QFile::encodeName(media) + "caf\xE9";
-        QCOMPARE(rename(QFile::encodeName(media) + "other", medium), 0);
-        QVERIFY(SoftwareManager().findMediaDevices().contains(QStringLiteral("caf\uFFFD")));
-        QVERIFY(onMedia(SoftwareManager().findAvailableSoftware())
-                    .contains(QStringLiteral("caf\uFFFD/w_MFV_V1.hex")));
-        rename(medium, QFile::encodeName(media) + "other");
+        QFile::setPermissions(stick + "shut",
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QCOMPARE(onMedia(found).remove("STICK/").remove("_MFV_V1.hex"),
-                 QStringLiteral("M|n|b/z|b/C/y|B2/link|B2/x|caf\uFFFD/x|d/link|d/x"));
-        QVERIFY(log.count("cannot read folder: ") > 0);
-        QVERIFY(log.count("name is not UTF-8") > 0);
+                 QString("M|n|a/y|a/up/z|b/z|b/C/y|B2/link|B2/x"));
+        QCOMPARE(log.count("leads off the medium"), 5);
+        QCOMPARE(log.count("Permission denied"), 2);
+        QCOMPARE(log.lines().size(), 7);
+    }
+
+    // Every path through ten such folders would be millions.
+    void searchesFoldersThatLinkOneAnotherTwiceAtMost()
+    {
+        for (int i = 0; i < 10; ++i) {
+            const QString folder = QString::number(i);
+            put("STICK/" + folder + "/x_MFV_V1.hex");
+            for (int other = 0; other < 10; ++other)
+                QFile::link("../" + QString::number(other),
+                            stick + folder + "/to" + QString::number(other));
+        }
+        const QStringList found = SoftwareManager().getDirRecursivly(stick);
+        for (int i = 0; i < 10; ++i)
+            QVERIFY(found.contains(stick + QString::number(i) + "/x_MFV_V1.hex"));
+        QVERIFY(found.size() <= 20);
+    }
+
+    // A name that no text leads to is left out before it could stand for one that can be opened.
+    void leavesOutWhatIsNotUtf8AndSaysSo()
+    {
+        const QString twin = QStringLiteral("quillmark-caf\uFFFD-1.tar.gz");
+        put("A/file|A/folder/x_MFV_V1.hex|other/w_MFV_V1.hex|STICK/" + twin);
+        const QByteArray to = QFile::encodeName(media);
+        QVector<QByteArrayList> renamed {{to + "A/file", to + "A/quillmark-caf\xE9-1.tar.gz"},
+                                         {to + "A/folder", to + "A/caf\xE9"},
+                                         {to + "other", to + "caf\xE9"}};
+        for (const QByteArrayList& names : renamed)
+            QCOMPARE(rename(names.first(), names.last()), 0);
+        const LogCapture log;
+        const QStringList found = SoftwareManager().findAvailableSoftware();
+        const QStringList devices = SoftwareManager().findMediaDevices();
+        QCOMPARE(rename(renamed.last().last(), renamed.last().first()), 0);
+        QCOMPARE(onMedia(found), "STICK/" + twin);
+        QCOMPARE(devices.join('|'), QString("A|BACKUP|STICK"));
+        QCOMPARE(log.count("not UTF-8"), 3);
+    }
+
+    // A thousand repeats of a line reboot the device.
+    void repeatsNoLogLine()
+    {
+        for (int i = 0; i < 1001; ++i)
+            put(QStringLiteral("STICK/%1/A_MFV_V1.hex").arg(i));
+        const LogCapture log;
+        QCOMPARE(SoftwareManager().findAvailableSoftware().size(), 1);
+        QStringList lines = log.lines();
+        const int all = lines.size();
+        lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
+        QCOMPARE(lines.size(), all);
     }
 
     void surelyFindsWhatStaysWhileTheRestVanishes()
