@@ -20,8 +20,14 @@ Figures databaseFigures(); // reads and the restore, against SQLite's C interfac
 Figures fileFigures(); // scan, copy and listing, against find, cp and ls
 Figures launchFigures(); // waiting for other programs, against one core
 Figures stallFigures(); // the event loop during an import, against 50 ms
+Figures scanFigures(); // frames during the scan of a slow folder, against 100 ms
 Figures screenFigures(); // opening the advanced screen, against the update screen
 
+// What figures have a process of its own measure, once in each.
+
 // From the call of the scene's function that opens a screen to the screen's first frame, in a scene
-// that has just come up. What screenFigures has a process of its own do, once in each.
+// that has just come up.
 double secondsToOpen(const char* function);
+// The longest time between two frames, with the busy bar on the screen, while a folder, slowed down
+// by the library slow_folder, is scanned as a part of its medium.
+double longestGapOfScan(const char* folder);

@@ -7,7 +7,9 @@
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QMetaMethod>
+#include <QQmlComponent>
 #include <QQmlContext>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QTimer>
 
@@ -70,6 +72,16 @@ Scene::Scene()
     m_viewer.showExpanded();
     runUntil([this] { return m_viewer.isExposed(); });
     runFor(std::chrono::seconds(1));
+}
+
+void Scene::show(const char* file)
+{
+    QQmlComponent component(m_viewer.engine(), QUrl(QLatin1String(file)));
+    auto* const item = qobject_cast<QQuickItem*>(component.create());
+    if (!item)
+        throw std::runtime_error(component.errorString().toStdString());
+    item->setParent(&m_viewer);
+    item->setParentItem(m_viewer.contentItem());
 }
 
 QObject& Scene::itemWith(const char* function)

@@ -19,6 +19,9 @@ public:
 
     QQuickWindow& window() { return m_viewer; }
 
+    // Shows an item of a resource file ("qrc:/...") above everything.
+    void show(const char* file);
+
     // The item that has a QML function of this name.
     QObject& itemWith(const char* function);
     // Calls a QML function of the item that has it.

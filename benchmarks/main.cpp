@@ -14,8 +14,14 @@
 namespace {
 
 const std::map<std::string, Figures (*)()> themes {
-    {"start", startFigures},   {"database", databaseFigures}, {"files", fileFigures},
-    {"launch", launchFigures}, {"stall", stallFigures},       {"screens", screenFigures},
+    {"start", startFigures},    {"database", databaseFigures}, {"files", fileFigures},
+    {"launch", launchFigures},  {"stall", stallFigures},       {"scan", scanFigures},
+    {"screens", screenFigures},
+};
+
+const std::map<std::string, double (*)(const char*)> measurements {
+    {"open", secondsToOpen},
+    {"scan", longestGapOfScan},
 };
 
 // Everything that is measured logs as it does on the device, to where nobody reads it. Gives the
@@ -41,24 +47,26 @@ bool print(const Figures& figures, int output)
 }
 
 // Gives the exit status.
-int run(const std::string& theme, const char* function, int output)
+int run(const std::string& name, const char* argument, int output)
 {
-    if (function) {
-        dprintf(output, "%g", secondsToOpen(function));
+    if (argument) {
+        dprintf(output, "%g", measurements.at(name)(argument));
         return EXIT_SUCCESS;
     }
-    return print(themes.at(theme)(), output) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return print(themes.at(name)(), output) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 } // namespace
 
 // updater_bench THEME: prints the theme's figures. Exit status 1 when one is over its limit, 2 when
-// one cannot be measured. updater_bench open FUNCTION: see secondsToOpen.
+// one cannot be measured. updater_bench MEASUREMENT ARGUMENT: prints the seconds of one of those
+// that have a process of their own.
 int main(int argc, char** argv)
 {
-    const std::string theme = argc > 1 ? argv[1] : "";
-    const char* const function = argc == 3 && theme == "open" ? argv[2] : nullptr;
-    if ((!function && themes.count(theme) == 0) || access("/opt/dispenser", R_OK) != 0) {
+    const std::string name = argc > 1 ? argv[1] : "";
+    const char* const argument = argc == 3 ? argv[2] : nullptr;
+    const bool known = argument ? measurements.count(name) > 0 : themes.count(name) > 0;
+    if (!known || access("/opt/dispenser", R_OK) != 0) {
         std::fputs("usage, inside the dispenser: updater_bench THEME\n", stderr);
         return 2;
     }
@@ -67,9 +75,9 @@ int main(int argc, char** argv)
     Application app(argc, argv);
     int status = 2;
     try {
-        status = run(theme, function, output);
+        status = run(name, argument, output);
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s: %s\n", theme.c_str(), failure.what());
+        std::fprintf(stderr, "%s: %s\n", name.c_str(), failure.what());
     }
     // A launch that waits for ever still runs on its thread, and may use what would be destroyed.
     std::_Exit(status);
