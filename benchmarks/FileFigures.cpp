@@ -135,7 +135,7 @@ double folderListing()
 Figures fileFigures()
 {
     return {
-        {"discovery", discovery(), 3.0},
+        {"discovery", discovery(), 0.9},
         {"copy-file", copyFile(), 1.3},
         {"folder-listing", folderListing(), 4.0},
     };

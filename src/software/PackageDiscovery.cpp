@@ -51,14 +51,14 @@ QStringList softwareOnMedia(const Stop& stop)
     QMap<QString, QString> pathOfName;
     const QByteArrayList devices = MediaFolder::subfolders(stop);
     for (const QByteArray& device : devices) {
-        if (stop)
-            break;
         if (!FolderReader::isText(device)) {
             qDebug() << "left out, the medium's name is not UTF-8: " << device;
             continue;
         }
         qDebug() << "searching device: " << QFile::decodeName(device);
         const QStringList files = PackageSearch(stop).below(MediaFolder::pathOf(device));
+        if (stop)
+            return {};
         qDebug() << "filelist = " << files;
         addDistinct(files, pathOfName);
     }

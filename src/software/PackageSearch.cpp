@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -12,6 +13,18 @@ QRegularExpression ignoringCase(const QString& wildcard)
 {
     return QRegularExpression(QRegularExpression::wildcardToRegularExpression(wildcard),
                               QRegularExpression::CaseInsensitiveOption);
+}
+
+bool endsWith(const QByteArray& name, const char* suffix)
+{
+    const int length = static_cast<int>(std::strlen(suffix));
+    return name.size() >= length && qstricmp(name.constEnd() - length, suffix) == 0;
+}
+
+// Asked first: of a stick full of pictures no name needs to become a text and be matched.
+bool mayBeWanted(const QByteArray& name)
+{
+    return endsWith(name, ".tar.gz") || endsWith(name, ".hex");
 }
 
 bool isWanted(const QString& name)
@@ -55,6 +68,8 @@ bool PackageSearch::read(const QByteArray& folder, bool throughLink, Listing& li
     if (!reader.isOpen() || !enter(reader.identity(), throughLink))
         return false;
     while (reader.next()) {
+        if (!reader.isFolder() && !mayBeWanted(reader.name()))
+            continue;
         const QString text = QFile::decodeName(reader.name());
         const bool wanted = reader.isFolder() || isWanted(text);
         if (wanted && isReachable(reader, folder + reader.name()))
