@@ -13,6 +13,10 @@
 // Keeps no state: each call reads the file system afresh. Nothing here reports an error to its
 // caller; what fails gives an empty result. To be used on the user-interface thread.
 //
+// What reads media (mediaDeviceExist, findMediaDevices, findAvailableSoftware, getDirRecursivly)
+// serves events until it has the result, however long a stick takes, so it may be called again
+// meanwhile; it gives an empty result at once when the application quits.
+//
 // A package is named "quillmark-" + name + "-" + version + ".tar.gz", where the version holds no
 // "-"; a controller firmware image matches "*MFV_V*.hex" on a medium and is
 // "MerivonMFV_" + version + ".hex" in the store.
@@ -56,12 +60,13 @@ public:
     Q_INVOKABLE bool mediaDeviceExist();
 
     // Absolute paths of the packages and firmware images on all media, one a distinct file name,
-    // in the character order of the file names. Reads all of every medium.
+    // in the character order of the file names. Reads all of every medium; what no text names (not
+    // UTF-8) is left out, the log tells which.
     Q_INVOKABLE QStringList findAvailableSoftware();
 
     // Absolute paths of all packages and firmware images at or below a folder, the files of a
-    // folder before those of its subfolders, each by name ignoring case. Empty when the folder
-    // cannot be read.
+    // folder before those of its subfolders, each by name ignoring case. Links are followed on the
+    // device of that folder only, to each folder once. Empty when the folder cannot be read.
     Q_INVOKABLE QStringList getDirRecursivly(const QString& path);
 
     // The last component of a path; empty for an empty path.
@@ -87,7 +92,8 @@ public:
     // second "_" of its name without suffix.
     QVariantList getMerivonVersions(const QString& prefix);
 
-    // Names of the media, ignoring case in their order; each is a folder of the media folder.
+    // Names of the media, ignoring case in their order; each is a folder of the media folder. Those
+    // that are not UTF-8 are left out.
     QStringList findMediaDevices();
 
     // The place for a firmware upload to a controller from the command line: it appends the lines
