@@ -2,11 +2,33 @@
 
 #include <sqlite3.h>
 
+#include <limits>
+
 namespace {
 
 int bindText(sqlite3_stmt* statement, int parameter, const QByteArray& text)
 {
     return sqlite3_bind_text(statement, parameter, text.constData(), text.size(), SQLITE_TRANSIENT);
+}
+
+// SQLite has no integers beyond the signed range: their digits, rather than another number.
+int bindUnsigned(sqlite3_stmt* statement, int parameter, quint64 number)
+{
+    if (number > static_cast<quint64>(std::numeric_limits<qint64>::max()))
+        return bindText(statement, parameter, QByteArray::number(number));
+    return sqlite3_bind_int64(statement, parameter, static_cast<qint64>(number));
+}
+
+QVariant readReal(sqlite3_stmt* statement, int column, QSql::NumericalPrecisionPolicy precision)
+{
+    switch (precision) {
+    case QSql::LowPrecisionInt32:
+        return sqlite3_column_int(statement, column);
+    case QSql::LowPrecisionInt64:
+        return static_cast<qint64>(sqlite3_column_int64(statement, column));
+    default:
+        return sqlite3_column_double(statement, column);
+    }
 }
 
 } // namespace
@@ -22,10 +44,11 @@ int bindSqlCipherValue(sqlite3_stmt* statement, int parameter, const QVariant& v
     case QMetaType::Short:
     case QMetaType::UShort:
     case QMetaType::Long:
-    case QMetaType::ULong:
     case QMetaType::LongLong:
-    case QMetaType::ULongLong:
         return sqlite3_bind_int64(statement, parameter, value.toLongLong());
+    case QMetaType::ULong:
+    case QMetaType::ULongLong:
+        return bindUnsigned(statement, parameter, value.toULongLong());
     case QMetaType::Float:
     case QMetaType::Double:
         return sqlite3_bind_double(statement, parameter, value.toDouble());
@@ -39,13 +62,14 @@ int bindSqlCipherValue(sqlite3_stmt* statement, int parameter, const QVariant& v
     }
 }
 
-QVariant readSqlCipherValue(sqlite3_stmt* statement, int column)
+QVariant readSqlCipherValue(sqlite3_stmt* statement, int column,
+                            QSql::NumericalPrecisionPolicy precision)
 {
     switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER:
         return static_cast<qint64>(sqlite3_column_int64(statement, column));
     case SQLITE_FLOAT:
-        return sqlite3_column_double(statement, column);
+        return readReal(statement, column, precision);
     case SQLITE_BLOB: {
         const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
         return QByteArray(bytes, sqlite3_column_bytes(statement, column));

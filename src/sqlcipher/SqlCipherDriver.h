@@ -8,15 +8,22 @@ class SqlCipherResult;
 struct sqlite3;
 
 // The Qt SQL driver "QSQLCIPHER": SQLite databases encrypted by the system's SQLCipher library. The
-// database name is the path of the file, which is made when it is not there; user, password, host
-// and connection options are not used.
+// database name is the path of the file, which is made when it is not there.
 //
 // A pass phrase given with PRAGMA key is turned into the file's raw key once in a process, and
 // ATTACH without a key gives the attached file the connection's pass phrase. The driver never waits
-// for a lock: "database is locked" goes to the caller. The databaseText of each error is SQLite's
-// own message; errors of the driver itself have an empty one. Results only go forward. As with all
-// Qt drivers, a connection is used by the thread that opened it; any number of threads may each
-// have their own to the same file.
+// for a lock: "database is locked" goes to the caller. A statement that holds a NUL is an error.
+//
+// Errors are told as by Qt's driver for SQLite, the databaseText being SQLite's own message; errors
+// of the driver itself have an empty one. A rollback succeeds also when SQLite, after an error, has
+// rolled back itself.
+//
+// What it cannot do: results only go forward, so last() and previous() fail and Qt's models take no
+// query of this driver. User, password, host, port and connection options are not used. There are
+// no event notifications and no virtual dbmsType().
+//
+// As with all Qt drivers, a connection is used by the thread that opened it; any number of threads
+// may each have their own to the same file.
 class SqlCipherDriver : public QSqlDriver
 {
     Q_OBJECT
@@ -48,10 +55,15 @@ private:
     int attach(const QByteArray& file, const QByteArray& schema);
 
     bool execute(const char* sql, const char* what);
+    bool inTransaction() const;
+    // To be called after whatever may end a transaction, with what was there before it.
+    void followTransaction(bool wasOpen, bool succeeded);
     QSqlRecord columnsOf(const QString& table, bool primaryKeyOnly) const;
+    QString tableInfo(const QString& table) const;
 
     sqlite3* m_database = nullptr;
     QByteArray m_passPhrase; // what opened this connection; empty without a key
+    bool m_rolledBack = false; // by SQLite itself; who began the transaction does not know yet
     mutable QVector<SqlCipherResult*> m_results; // alive, whether they hold a statement or not
 };
 

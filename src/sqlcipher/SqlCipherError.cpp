@@ -5,5 +5,10 @@
 QSqlError sqlCipherError(const char* what, QSqlError::ErrorType type, sqlite3* database)
 {
     return QSqlError(QString::fromLatin1(what), QString::fromUtf8(sqlite3_errmsg(database)), type,
-                     QString::number(sqlite3_extended_errcode(database)));
+                     QString::number(sqlite3_errcode(database)));
+}
+
+QSqlError driverError(const char* what)
+{
+    return QSqlError(QString::fromLatin1(what), QString(), QSqlError::StatementError);
 }

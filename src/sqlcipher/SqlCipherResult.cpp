@@ -4,8 +4,7 @@
 #include "sqlcipher/SqlCipherBinding.h"
 #include "sqlcipher/SqlCipherDriver.h"
 #include "sqlcipher/SqlCipherError.h"
-
-#include <QSqlField>
+#include "sqlcipher/SqlCipherFields.h"
 
 #include <sqlite3.h>
 
@@ -29,6 +28,7 @@ void SqlCipherResult::finalize()
     sqlite3_finalize(m_statement);
     m_statement = nullptr;
     m_action = nullptr;
+    m_boundByPosition = false;
     m_rowAhead = false;
     m_rowsAffected = -1;
     setActive(false);
@@ -40,15 +40,9 @@ QVariant SqlCipherResult::handle() const
     return QVariant::fromValue(m_statement);
 }
 
-bool SqlCipherResult::fail(const char* what)
+bool SqlCipherResult::fail(const QSqlError& error)
 {
-    setLastError(sqlCipherError(what, QSqlError::StatementError, m_driver->m_database));
-    return false;
-}
-
-bool SqlCipherResult::failWithoutDatabase(const char* what)
-{
-    setLastError(QSqlError(QString::fromLatin1(what), QString(), QSqlError::StatementError));
+    setLastError(error);
     return false;
 }
 
@@ -66,8 +60,11 @@ bool SqlCipherResult::prepare(const QString& sql)
 {
     finalize();
     if (m_driver == nullptr || m_driver->m_database == nullptr)
-        return failWithoutDatabase("The database is not open");
+        return fail(driverError("The database is not open"));
     setSelect(false);
+    // SQLite would run what stands before it.
+    if (sql.contains(QChar::Null))
+        return fail(driverError("The statement holds a NUL"));
     if (prepareAction(sql))
         return true;
     const QByteArray text = sql.toUtf8();
@@ -75,13 +72,12 @@ bool SqlCipherResult::prepare(const QString& sql)
     if (sqlite3_prepare_v2(m_driver->m_database, text.constData(), text.size() + 1, &m_statement,
                            &tail)
         != SQLITE_OK)
-        return fail("Unable to prepare statement");
+        return fail(sqlCipherError("Unable to execute statement", QSqlError::StatementError,
+                                   m_driver->m_database));
     if (!QByteArray::fromRawData(tail, static_cast<int>(qstrlen(tail))).trimmed().isEmpty()) {
         finalize();
-        return failWithoutDatabase("Unable to execute multiple statements at a time");
+        return fail(driverError("Unable to execute multiple statements at a time"));
     }
-    if (m_statement == nullptr)
-        return failWithoutDatabase("There is no statement");
     return true;
 }
 
@@ -89,69 +85,136 @@ bool SqlCipherResult::prepareAction(const QString& sql)
 {
     if (const auto passPhrase = KeyStatements::passPhraseOf(sql)) {
         m_action = [this, key = *passPhrase] {
-            return m_driver->giveKey(key) == SQLITE_OK || fail("Unable to give the key");
+            return errorOf(m_driver->giveKey(key), "Unable to give the key");
         };
     } else if (const auto attachment = KeyStatements::attachmentOf(sql)) {
         m_action = [this, it = *attachment] {
-            return m_driver->attach(it.file, it.schema) == SQLITE_OK
-                || fail("Unable to attach database");
+            return errorOf(m_driver->attach(it.file, it.schema), "Unable to attach database");
         };
     }
     return m_action != nullptr;
 }
 
+QSqlError SqlCipherResult::errorOf(int code, const char* what) const
+{
+    if (code == SQLITE_OK)
+        return {};
+    return sqlCipherError(what, QSqlError::StatementError, m_driver->m_database);
+}
+
+void SqlCipherResult::bindValue(int position, const QVariant& value, QSql::ParamType type)
+{
+    m_boundByPosition = true;
+    QSqlResult::bindValue(position, value, type);
+}
+
 bool SqlCipherResult::exec()
 {
-    if (m_driver == nullptr || (m_statement == nullptr && m_action == nullptr))
-        return failWithoutDatabase("There is no statement");
     setLastError(QSqlError());
     setAt(QSql::BeforeFirstRow);
     setActive(false);
-    if (!m_action)
-        return execStatement();
-    setActive(m_action());
-    return isActive();
+    setSelect(false);
+    m_rowAhead = false;
+    m_rowsAffected = -1;
+    if (m_driver == nullptr || (m_statement == nullptr && m_action == nullptr)) {
+        setAt(QSql::AfterLastRow);
+        return fail(QSqlError(QStringLiteral("Unable to fetch row"), QStringLiteral("No query"),
+                              QSqlError::ConnectionError));
+    }
+    if (!(m_action ? execAction() : execStatement()))
+        return false;
+    if (!isSelect())
+        m_rowsAffected = sqlite3_changes(m_driver->m_database);
+    setActive(true);
+    return true;
+}
+
+bool SqlCipherResult::execAction()
+{
+    setAt(QSql::AfterLastRow);
+    const QSqlError error = m_action();
+    return !error.isValid() || fail(error);
 }
 
 bool SqlCipherResult::execStatement()
 {
     sqlite3_reset(m_statement); // a statement that runs cannot be bound again
-    m_rowAhead = false;
     if (!bindValues())
         return false;
     m_rowAhead = step();
     if (lastError().isValid())
         return false;
     setSelect(sqlite3_column_count(m_statement) > 0);
-    m_rowsAffected = isSelect() ? -1 : sqlite3_changes(m_driver->m_database);
-    setActive(true);
+    m_record = recordOf(m_statement, m_rowAhead);
     return true;
+}
+
+// One run for each entry of the lists that are bound.
+bool SqlCipherResult::execBatch(bool /*arrayBind*/)
+{
+    QVector<QVariant> lists;
+    lists.swap(boundValues());
+    const int runs = lists.value(0).toList().size();
+    bool succeeded = !lists.isEmpty();
+    for (int run = 0; run < runs && succeeded; ++run) {
+        QVector<QVariant> values;
+        for (const QVariant& list : qAsConst(lists))
+            values.append(list.toList().value(run));
+        boundValues().swap(values); // they keep their names, which bindValue() would not
+        succeeded = exec();
+    }
+    boundValues().swap(lists);
+    return succeeded;
 }
 
 bool SqlCipherResult::bindValues()
 {
-    const int parameters = sqlite3_bind_parameter_count(m_statement);
-    for (int i = 1; i <= parameters; ++i) {
-        const char* name = sqlite3_bind_parameter_name(m_statement, i);
-        // Named in any case: Qt gives each "?" a name of its own.
-        const QVariant value = boundValue(QString::fromUtf8(name));
-        if (bindSqlCipherValue(m_statement, i, value) != SQLITE_OK)
-            return fail("Unable to bind parameters");
+    const QVector<QVariant> values = valuesByParameter();
+    if (values.size() != sqlite3_bind_parameter_count(m_statement))
+        return fail(driverError("Parameter count mismatch"));
+    for (int i = 0; i < values.size(); ++i) {
+        if (bindSqlCipherValue(m_statement, i + 1, values.at(i)) != SQLITE_OK)
+            return fail(sqlCipherError("Unable to bind parameters", QSqlError::StatementError,
+                                       m_driver->m_database));
     }
-    if (bindingSyntax() == PositionalBinding && boundValueCount() > parameters)
-        return failWithoutDatabase("Parameter count mismatch");
     return true;
+}
+
+// The bound values in the order of SQLite's parameters, which has one for a name that stands in the
+// statement twice, and none for a name in a comment. Qt counts both; values that were bound by
+// position cannot be told apart then, and are all of them too many.
+QVector<QVariant> SqlCipherResult::valuesByParameter() const
+{
+    const int parameters = sqlite3_bind_parameter_count(m_statement);
+    if (boundValueCount() <= parameters || m_boundByPosition)
+        return boundValues();
+    QStringList names;
+    for (int i = 0; i < boundValueCount(); ++i)
+        names.append(boundValueName(i));
+    QVector<QVariant> values;
+    for (int i = 1; i <= parameters; ++i) {
+        const QString name = QString::fromUtf8(sqlite3_bind_parameter_name(m_statement, i));
+        if (names.contains(name))
+            values.append(boundValue(name));
+    }
+    return values;
 }
 
 // True at a row; at the end and on an error false, then with the error set.
 bool SqlCipherResult::step()
 {
+    const bool inTransaction = m_driver->inTransaction();
     const int code = sqlite3_step(m_statement);
     if (code == SQLITE_ROW)
         return true;
-    if (code != SQLITE_DONE)
-        fail("Unable to fetch row");
+    if (code != SQLITE_DONE) {
+        // The type that Qt's driver for SQLite gives as well.
+        fail(sqlCipherError("Unable to fetch row", QSqlError::ConnectionError,
+                            m_driver->m_database));
+    }
     sqlite3_reset(m_statement); // lets go of the lock
+    m_driver->followTransaction(inTransaction, code == SQLITE_DONE);
+    setAt(QSql::AfterLastRow);
     return false;
 }
 
@@ -168,10 +231,8 @@ bool SqlCipherResult::fetchNext()
 {
     if (m_statement == nullptr || at() < 0)
         return false;
-    if (!step()) {
-        setAt(QSql::AfterLastRow);
+    if (!step())
         return false;
-    }
     setAt(at() + 1);
     return true;
 }
@@ -190,7 +251,7 @@ bool SqlCipherResult::fetch(int row)
 bool SqlCipherResult::fetchLast()
 {
     // SQLite tells the last row only by what follows it, and there is no way back.
-    return failWithoutDatabase("The last row cannot be asked for");
+    return fail(driverError("The last row cannot be asked for"));
 }
 
 bool SqlCipherResult::hasColumn(int column) const
@@ -201,7 +262,8 @@ bool SqlCipherResult::hasColumn(int column) const
 
 QVariant SqlCipherResult::data(int column)
 {
-    return hasColumn(column) ? readSqlCipherValue(m_statement, column) : QVariant();
+    return hasColumn(column) ? readSqlCipherValue(m_statement, column, numericalPrecisionPolicy())
+                             : QVariant();
 }
 
 bool SqlCipherResult::isNull(int column)
@@ -229,15 +291,7 @@ QVariant SqlCipherResult::lastInsertId() const
 
 QSqlRecord SqlCipherResult::record() const
 {
-    QSqlRecord columns;
-    if (!isActive() || !isSelect() || m_statement == nullptr)
-        return columns;
-    for (int i = 0; i < sqlite3_column_count(m_statement); ++i) {
-        const char* declared = sqlite3_column_decltype(m_statement, i);
-        columns.append(QSqlField(QString::fromUtf8(sqlite3_column_name(m_statement, i)),
-                                 typeOf(QString::fromUtf8(declared))));
-    }
-    return columns;
+    return isActive() && isSelect() ? m_record : QSqlRecord();
 }
 
 void SqlCipherResult::detachFromResultSet()
@@ -245,17 +299,4 @@ void SqlCipherResult::detachFromResultSet()
     if (m_statement != nullptr)
         sqlite3_reset(m_statement);
     m_rowAhead = false;
-}
-
-QVariant::Type SqlCipherResult::typeOf(const QString& declaredType)
-{
-    const QString type = declaredType.toLower();
-    if (type.contains(QLatin1String("int")) || type.startsWith(QLatin1String("bool")))
-        return QVariant::LongLong;
-    if (type == QLatin1String("real") || type.startsWith(QLatin1String("double"))
-        || type.startsWith(QLatin1String("float")) || type.startsWith(QLatin1String("numeric")))
-        return QVariant::Double;
-    if (type == QLatin1String("blob"))
-        return QVariant::ByteArray;
-    return QVariant::String;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QSqlError>
 #include <QSqlRecord>
 #include <QSqlResult>
 #include <QVariant>
@@ -18,9 +19,6 @@ public:
     explicit SqlCipherResult(const SqlCipherDriver* driver);
     ~SqlCipherResult() override;
 
-    // The QVariant type that fits a declared column type such as "VARCHAR(20)".
-    static QVariant::Type typeOf(const QString& declaredType);
-
     // Ends the statement and makes the result inactive.
     void finalize();
     // Called by a dying driver.
@@ -31,7 +29,10 @@ public:
 protected:
     bool reset(const QString& sql) override;
     bool prepare(const QString& sql) override;
+    void bindValue(int position, const QVariant& value, QSql::ParamType type) override;
+    using QSqlResult::bindValue; // by name
     bool exec() override;
+    bool execBatch(bool arrayBind) override;
     void setForwardOnly(bool forward) override;
     bool fetch(int row) override;
     bool fetchFirst() override;
@@ -48,17 +49,21 @@ protected:
 private:
     bool hasColumn(int column) const;
     bool prepareAction(const QString& sql);
+    QSqlError errorOf(int code, const char* what) const;
+    bool execAction();
     bool execStatement();
     bool bindValues();
+    QVector<QVariant> valuesByParameter() const;
     bool step();
-    bool fail(const char* what);
-    bool failWithoutDatabase(const char* what);
+    bool fail(const QSqlError& error); // false
 
     SqlCipherDriver* m_driver; // null once the driver is gone
     sqlite3_stmt* m_statement = nullptr;
-    std::function<bool()> m_action; // what stands in for a statement that gives a key
+    std::function<QSqlError()> m_action; // what stands in for a statement that gives a key
+    bool m_boundByPosition = false; // at least one value since the statement was prepared
     bool m_rowAhead = false; // exec has stepped to the first row already
     int m_rowsAffected = -1;
+    QSqlRecord m_record; // of the last run
 };
 
 Q_DECLARE_OPAQUE_POINTER(sqlite3_stmt*)
