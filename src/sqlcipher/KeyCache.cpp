@@ -4,17 +4,16 @@
 
 namespace {
 
-// As SQLCipher 3 derives it.
-constexpr int rounds = 64000;
 constexpr int keySize = 32;
 
 QByteArray derive(const QByteArray& passPhrase, const QByteArray& salt)
 {
     QByteArray key(keySize, '\0');
-    PKCS5_PBKDF2_HMAC_SHA1(passPhrase.constData(), passPhrase.size(),
-                           reinterpret_cast<const unsigned char*>(salt.constData()), salt.size(),
-                           rounds, keySize, reinterpret_cast<unsigned char*>(key.data()));
-    return "x'" + key.toHex() + salt.toHex() + "'";
+    const int done = PKCS5_PBKDF2_HMAC_SHA1(
+        passPhrase.constData(), passPhrase.size(),
+        reinterpret_cast<const unsigned char*>(salt.constData()), salt.size(), KeyCache::rounds,
+        keySize, reinterpret_cast<unsigned char*>(key.data()));
+    return done == 1 ? "x'" + key.toHex() + salt.toHex() + "'" : QByteArray();
 }
 
 } // namespace
@@ -27,16 +26,13 @@ KeyCache& KeyCache::instance()
 
 QByteArray KeyCache::rawKey(const QByteArray& passPhrase, const QByteArray& salt)
 {
-    // Derived under the lock, so that threads that start together do the work once.
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    QByteArray& key = m_keys[{passPhrase, salt}];
-    if (key.isEmpty())
-        key = derive(passPhrase, salt);
-    return key;
+    Entry& wanted = entry(passPhrase, salt);
+    std::call_once(wanted.derived, [&] { wanted.key = derive(passPhrase, salt); });
+    return wanted.key;
 }
 
-void KeyCache::forget(const QByteArray& passPhrase, const QByteArray& salt)
+KeyCache::Entry& KeyCache::entry(const QByteArray& passPhrase, const QByteArray& salt)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_keys.erase({passPhrase, salt});
+    return m_entries[{passPhrase, salt}]; // stays where it is: a map's entries never move
 }

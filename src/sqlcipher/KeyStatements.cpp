@@ -6,45 +6,83 @@ namespace KeyStatements {
 
 namespace {
 
-constexpr auto options = QRegularExpression::CaseInsensitiveOption;
-
-bool startsWithWord(const QString& sql, QLatin1String word)
+// "_" stands for blanks and comments, "<" and ">" for the quotation marks that a name may have.
+QRegularExpression statementPattern(QString pattern)
 {
-    return QStringView(sql).trimmed().startsWith(word, Qt::CaseInsensitive);
+    pattern.replace(QLatin1Char('_'),
+                    QStringLiteral("(?:[ \\t\\n\\f\\r]|--[^\\n]*(?:\\n|$)|/\\*.*?(?:\\*/|$))*+"));
+    pattern.replace(QLatin1Char('<'), QLatin1String("[\"'`\\[]?"));
+    pattern.replace(QLatin1Char('>'), QLatin1String("[\"'`\\]]?"));
+    return QRegularExpression(QLatin1Char('^') + pattern,
+                              QRegularExpression::CaseInsensitiveOption
+                                  | QRegularExpression::DotMatchesEverythingOption);
 }
 
-QByteArray unquoted(QString literal)
+// Whether the word is there at all: almost every statement is spared the regular expressions.
+bool mayBe(const char* word, const QString& sql)
 {
-    return literal.replace(QLatin1String("''"), QLatin1String("'")).toUtf8();
+    return sql.contains(QLatin1String(word), Qt::CaseInsensitive);
+}
+
+// The text of a literal, or the name that a quoted identifier stands for.
+QString unquoted(const QString& text)
+{
+    const QChar mark = text.at(0);
+    if (mark != QLatin1Char('\'') && mark != QLatin1Char('"'))
+        return text;
+    return text.mid(1, text.size() - 2).replace(QString(2, mark), mark);
+}
+
+bool isPassPhrase(const QString& key)
+{
+    return !key.isEmpty() && !key.startsWith(QLatin1String("x'"), Qt::CaseInsensitive);
+}
+
+bool isFile(const QString& name)
+{
+    return !name.isEmpty() && name != QLatin1String(":memory:");
 }
 
 } // namespace
 
 std::optional<QByteArray> passPhraseOf(const QString& sql)
 {
-    // Almost every statement is neither: no regular expression for those.
-    if (!startsWithWord(sql, QLatin1String("pragma")))
+    static const QRegularExpression pattern = statementPattern(QStringLiteral(
+        "_PRAGMA\\b_(?:<main>_\\._)?<key>_=_('(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
+    if (!mayBe("pragma", sql))
         return {};
-    static const QRegularExpression pattern(
-        QStringLiteral("^\\s*PRAGMA\\s+key\\s*=\\s*'((?:[^']|'')*)'\\s*;?\\s*$"), options);
     const QRegularExpressionMatch match = pattern.match(sql);
-    if (!match.hasMatch())
+    if (!match.hasMatch() || !isPassPhrase(unquoted(match.captured(1))))
         return {};
-    return unquoted(match.captured(1));
+    return unquoted(match.captured(1)).toUtf8();
+}
+
+bool givesKey(const QString& sql)
+{
+    static const QRegularExpression pattern
+        = statementPattern(QStringLiteral("(?:_;)*_(?:EXPLAIN\\b_(?:QUERY_PLAN\\b_)?)?PRAGMA\\b_(?:"
+                                          "<main>_\\._)?<(?:hex)?(?:re)?key>_[=(]"));
+    return mayBe("pragma", sql) && pattern.match(sql).hasMatch();
+}
+
+bool setsParameter(const QString& sql)
+{
+    static const QRegularExpression pattern = statementPattern(
+        QStringLiteral("(?:_;)*_PRAGMA\\b_(?:<main>_\\._)?<(?:cipher|kdf|fast)"));
+    return mayBe("pragma", sql) && pattern.match(sql).hasMatch();
 }
 
 std::optional<Attachment> attachmentOf(const QString& sql)
 {
-    if (!startsWithWord(sql, QLatin1String("attach")))
+    static const QRegularExpression pattern
+        = statementPattern(QStringLiteral("_ATTACH\\b_(?:DATABASE\\b_)?('(?:[^']|'')*')_AS\\b_"
+                                          "(\\w+|'(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
+    if (!mayBe("attach", sql))
         return {};
-    static const QRegularExpression pattern(
-        QStringLiteral(
-            "^\\s*ATTACH\\s+(?:DATABASE\\s+)?'((?:[^']|'')*)'\\s+AS\\s+(\\w+)\\s*;?\\s*$"),
-        options);
     const QRegularExpressionMatch match = pattern.match(sql);
-    if (!match.hasMatch())
+    if (!match.hasMatch() || !isFile(unquoted(match.captured(1))))
         return {};
-    return Attachment {unquoted(match.captured(1)), match.captured(2).toUtf8()};
+    return Attachment {unquoted(match.captured(1)).toUtf8(), unquoted(match.captured(2)).toUtf8()};
 }
 
 } // namespace KeyStatements

@@ -1,6 +1,5 @@
 #include "sqlcipher/SqlCipherDriver.h"
 
-#include "sqlcipher/KeyCache.h"
 #include "sqlcipher/SqlCipherError.h"
 #include "sqlcipher/SqlCipherFields.h"
 #include "sqlcipher/SqlCipherResult.h"
@@ -9,66 +8,9 @@
 #include <QSqlIndex>
 #include <QSqlQuery>
 
-#include <memory>
-
-#define SQLITE_HAS_CODEC // declares the functions that take a key
 #include <sqlite3.h>
 
 namespace {
-
-// The salt at the head of an open database's file, read through SQLite's own handle of it: a
-// descriptor of our own would, when closed, drop all locks that this process has on the file.
-// Empty for a file that holds no salt yet.
-QByteArray saltOf(sqlite3* database)
-{
-    sqlite3_file* file = nullptr;
-    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    QByteArray salt(KeyCache::saltSize, '\0');
-    if (file == nullptr || file->pMethods == nullptr
-        || file->pMethods->xRead(file, salt.data(), salt.size(), 0) != SQLITE_OK)
-        return {};
-    return salt;
-}
-
-struct CloseDatabase
-{
-    void operator()(sqlite3* database) const { sqlite3_close(database); }
-};
-
-QByteArray saltOfFile(const QByteArray& path)
-{
-    sqlite3* opened = nullptr;
-    const int code = sqlite3_open_v2(path.constData(), &opened, SQLITE_OPEN_READONLY, nullptr);
-    const std::unique_ptr<sqlite3, CloseDatabase> database(opened);
-    return code == SQLITE_OK ? saltOf(database.get()) : QByteArray();
-}
-
-int setKey(sqlite3* database, const QByteArray& key)
-{
-    return sqlite3_key(database, key.constData(), key.size());
-}
-
-// Attaches a file with a key as it is, raw or a pass phrase; SQLite's result code.
-int attachWithKey(sqlite3* database, const QByteArray& file, const QByteArray& schema,
-                  const QByteArray& key)
-{
-    sqlite3_stmt* statement = nullptr;
-    int code = sqlite3_prepare_v2(database, "ATTACH ?1 AS ?2 KEY ?3", -1, &statement, nullptr);
-    if (code != SQLITE_OK)
-        return code;
-    sqlite3_bind_text(statement, 1, file.constData(), file.size(), SQLITE_STATIC);
-    sqlite3_bind_text(statement, 2, schema.constData(), schema.size(), SQLITE_STATIC);
-    sqlite3_bind_text(statement, 3, key.constData(), key.size(), SQLITE_STATIC);
-    code = sqlite3_step(statement);
-    sqlite3_finalize(statement); // keeps the message
-    return code == SQLITE_DONE ? SQLITE_OK : code;
-}
-
-// Reads the head of the file: SQLITE_NOTADB when the key is wrong.
-int probe(sqlite3* database)
-{
-    return sqlite3_exec(database, "PRAGMA schema_version", nullptr, nullptr, nullptr);
-}
 
 bool isBracketed(const QString& identifier)
 {
@@ -135,6 +77,7 @@ bool SqlCipherDriver::open(const QString& path, const QString& /*user*/,
         sqlite3_close(m_database);
         m_database = nullptr;
     }
+    m_key.setDatabase(m_database);
     m_rolledBack = false;
     setOpen(code == SQLITE_OK);
     setOpenError(code != SQLITE_OK);
@@ -153,7 +96,7 @@ void SqlCipherDriver::close()
         return;
     }
     m_database = nullptr;
-    m_passPhrase.clear();
+    m_key.setDatabase(nullptr);
     setOpen(false);
     setOpenError(false);
 }
@@ -289,38 +232,4 @@ QString SqlCipherDriver::escapeIdentifier(const QString& identifier, IdentifierT
 QVariant SqlCipherDriver::handle() const
 {
     return QVariant::fromValue(m_database);
-}
-
-int SqlCipherDriver::giveKey(const QByteArray& passPhrase)
-{
-    if (passPhrase == m_passPhrase)
-        return SQLITE_OK; // keyed already, and perhaps in a transaction that a new key would break
-    const QByteArray salt = saltOf(m_database);
-    if (!salt.isEmpty()) {
-        setKey(m_database, KeyCache::instance().rawKey(passPhrase, salt));
-        const int code = probe(m_database);
-        if (code == SQLITE_OK)
-            m_passPhrase = passPhrase;
-        // Any other failure, such as a lock, says nothing of the key.
-        if (code != SQLITE_NOTADB)
-            return code;
-        KeyCache::instance().forget(passPhrase, salt);
-    }
-    m_passPhrase = passPhrase;
-    return setKey(m_database, passPhrase);
-}
-
-int SqlCipherDriver::attach(const QByteArray& file, const QByteArray& schema)
-{
-    // Without a key of its own the file would get the raw key, and with it the salt, of this
-    // connection's file. An unencrypted connection attaches unencrypted files: the empty key.
-    const QByteArray salt = saltOfFile(file);
-    if (salt.isEmpty() || m_passPhrase.isEmpty())
-        return attachWithKey(m_database, file, schema, m_passPhrase);
-    const int code
-        = attachWithKey(m_database, file, schema, KeyCache::instance().rawKey(m_passPhrase, salt));
-    if (code != SQLITE_NOTADB)
-        return code;
-    KeyCache::instance().forget(m_passPhrase, salt);
-    return attachWithKey(m_database, file, schema, m_passPhrase);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "sqlcipher/ConnectionKey.h"
+
 #include <QSqlDriver>
 #include <QVector>
 
@@ -11,8 +12,9 @@ struct sqlite3;
 // database name is the path of the file, which is made when it is not there.
 //
 // A pass phrase given with PRAGMA key is turned into the file's raw key once in a process, and
-// ATTACH without a key gives the attached file the connection's pass phrase. The driver never waits
-// for a lock: "database is locked" goes to the caller. A statement that holds a NUL is an error.
+// ATTACH without a key gives the attached file the connection's pass phrase; see KeyStatements.h
+// for the forms. All other forms go to SQLCipher as they are. The driver never waits for a lock:
+// "database is locked" goes to the caller. A statement that holds a NUL is an error.
 //
 // Errors are told as by Qt's driver for SQLite, the databaseText being SQLite's own message; errors
 // of the driver itself have an empty one. A rollback succeeds also when SQLite, after an error, has
@@ -50,10 +52,6 @@ public:
 private:
     friend class SqlCipherResult;
 
-    // Both return SQLite's result code, with its message in m_database.
-    int giveKey(const QByteArray& passPhrase);
-    int attach(const QByteArray& file, const QByteArray& schema);
-
     bool execute(const char* sql, const char* what);
     bool inTransaction() const;
     // To be called after whatever may end a transaction, with what was there before it.
@@ -62,7 +60,7 @@ private:
     QString tableInfo(const QString& table) const;
 
     sqlite3* m_database = nullptr;
-    QByteArray m_passPhrase; // what opened this connection; empty without a key
+    ConnectionKey m_key;
     bool m_rolledBack = false; // by SQLite itself; who began the transaction does not know yet
     mutable QVector<SqlCipherResult*> m_results; // alive, whether they hold a statement or not
 };

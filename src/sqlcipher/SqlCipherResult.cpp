@@ -81,25 +81,19 @@ bool SqlCipherResult::prepare(const QString& sql)
     return true;
 }
 
+// Takes up what the driver does itself, true then. All else goes to SQLCipher as it is.
 bool SqlCipherResult::prepareAction(const QString& sql)
 {
-    if (const auto passPhrase = KeyStatements::passPhraseOf(sql)) {
-        m_action = [this, key = *passPhrase] {
-            return errorOf(m_driver->giveKey(key), "Unable to give the key");
-        };
-    } else if (const auto attachment = KeyStatements::attachmentOf(sql)) {
-        m_action = [this, it = *attachment] {
-            return errorOf(m_driver->attach(it.file, it.schema), "Unable to attach database");
-        };
-    }
+    ConnectionKey& key = m_driver->m_key;
+    if (const auto passPhrase = KeyStatements::passPhraseOf(sql))
+        m_action = [&key, passPhrase] { return key.give(*passPhrase); };
+    else if (const auto it = KeyStatements::attachmentOf(sql); it && key.isKnown())
+        m_action = [&key, it] { return key.attach(it->file, it->schema); };
+    else if (KeyStatements::givesKey(sql))
+        key.forget();
+    else if (KeyStatements::setsParameter(sql))
+        key.expectParameters();
     return m_action != nullptr;
-}
-
-QSqlError SqlCipherResult::errorOf(int code, const char* what) const
-{
-    if (code == SQLITE_OK)
-        return {};
-    return sqlCipherError(what, QSqlError::StatementError, m_driver->m_database);
 }
 
 void SqlCipherResult::bindValue(int position, const QVariant& value, QSql::ParamType type)

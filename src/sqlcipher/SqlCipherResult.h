@@ -49,7 +49,6 @@ protected:
 private:
     bool hasColumn(int column) const;
     bool prepareAction(const QString& sql);
-    QSqlError errorOf(int code, const char* what) const;
     bool execAction();
     bool execStatement();
     bool bindValues();

@@ -5,11 +5,35 @@
 #include <QCoreApplication>
 #include <QtPlugin>
 
+#include <openssl/evp.h>
+
 #include <atomic>
+#include <future>
 #include <thread>
 #include <vector>
 
 Q_IMPORT_PLUGIN(SqlCipherPlugin)
+
+namespace {
+
+std::atomic<int> derivations {0};
+std::promise<void> slowKeyMayEnd;
+const std::shared_future<void> slowKeyEnds = slowKeyMayEnd.get_future();
+const QByteArray slowKey = "slow";
+
+} // namespace
+
+// Stands in front of the cryptographic library's function, for the driver and for SQLCipher: counts
+// the keys that are derived from pass phrases, and lets one of them take its time.
+extern "C" int PKCS5_PBKDF2_HMAC_SHA1(const char* pass, int passSize, const unsigned char* salt,
+                                      int saltSize, int rounds, int keySize, unsigned char* key)
+{
+    if (rounds > 1000) // SQLCipher derives a second key from the first, in two rounds
+        ++derivations;
+    if (slowKey == QByteArray::fromRawData(pass, passSize))
+        slowKeyEnds.wait_for(std::chrono::seconds(20));
+    return PKCS5_PBKDF2_HMAC(pass, passSize, salt, saltSize, rounds, EVP_sha1(), keySize, key);
+}
 
 // The driver's keys and locks, held against the `sqlcipher` program.
 class TestSqlCipherKeys : public QObject
@@ -61,14 +85,95 @@ private slots:
         QCOMPARE(TestConnection(file).value("SELECT count(*) FROM sqlite_master"), QString("0"));
     }
 
-    void aFileReplacedUnderItsNameOpensWithItsOwnSalt()
+    void eachFileCostsOneDerivationUntilItIsAnother()
     {
+        const QString wrongKey = "file is encrypted or is not a database";
         const QString file = newDatabase("old");
-        QCOMPARE(TestConnection(file).value("SELECT v FROM t"), QString("old"));
+        const QString broken = m_files.next();
+        Dispenser::writeFile(broken, QByteArray(5000, 'y'));
+        derivations = 0;
+        for (int opening = 0; opening < 3; ++opening) {
+            QCOMPARE(TestConnection(file).value("SELECT v FROM t"), QString("old"));
+            TestConnection database(broken);
+            QCOMPARE(database.value("SELECT v FROM t"), wrongKey);
+            QCOMPARE(database.value("SELECT v FROM t"), wrongKey);
+        }
+        QCOMPARE(derivations.load(), 2);
+
         const QString other = newDatabase("new");
-        QFile::remove(file);
-        QVERIFY(QFile::rename(other, file));
-        QCOMPARE(TestConnection(file).value("SELECT v FROM t"), QString("new"));
+        QFile::remove(broken);
+        QVERIFY(QFile::rename(other, broken));
+        QCOMPARE(TestConnection(broken).value("SELECT v FROM t"), QString("new"));
+        QCOMPARE(derivations.load(), 3);
+    }
+
+    void derivingHoldsUpNobodyWhoseKeyIsKnown()
+    {
+        const QString file = newDatabase("known");
+        const QString slow = newDatabase("slow");
+        TestConnection(file).value("SELECT v FROM t");
+        derivations = 0;
+        const auto open = [&slow] { TestConnection(slow, slowKey).value("SELECT v FROM t"); };
+        std::thread first(open);
+        std::thread second(open); // waits for the same key
+        const bool derives = QTest::qWaitFor([] { return derivations > 0; });
+        auto other = std::async(std::launch::async,
+                                [&file] { return TestConnection(file).value("SELECT v FROM t"); });
+        const bool waits = other.wait_for(std::chrono::seconds(10)) != std::future_status::ready;
+        slowKeyMayEnd.set_value();
+        first.join();
+        second.join();
+        QVERIFY(derives && !waits);
+        QCOMPARE(other.get(), QString("known"));
+        QCOMPARE(derivations.load(), 1);
+    }
+
+    void aKeyThatOpensNothingCanBeGivenAgainAndOneThatDoesStays()
+    {
+        const QString file = m_files.next();
+        Dispenser::writeFile(file, QByteArray(5000, 'z'));
+        TestConnection database(file, "other");
+        QSqlQuery query(database);
+        QVERIFY_SQL(query, query.exec("PRAGMA key='d8pantry%'"));
+        QVERIFY(!query.exec("SELECT v FROM t"));
+        QCOMPARE(QProcess::execute("cp", {newDatabase("x"), file}), 0); // keeps its locks
+        QVERIFY_SQL(query, query.exec("PRAGMA key='d8pantry%'"));
+        QCOMPARE(database.value("SELECT v FROM t"), QString("x"));
+
+        // SQLCipher would write under the other key what it has read under this one.
+        QVERIFY(!query.exec("PRAGMA key='other'"));
+        QVERIFY_SQL(query, query.exec("UPDATE t SET v = 'y'"));
+        QCOMPARE(Dispenser::sql("SELECT v FROM t", file), QStringList("y"));
+    }
+
+    void onlyKnownFormsOfAKeyAreTakenUp()
+    {
+        const QMap<QString, bool> forms {
+            {"PRAGMA key='%1'; ", true},
+            {"/* a */ pragma --b\n main . \"key\" = \"%1\" ;", true},
+            {"PRAGMA key('%1')", false},
+            {"EXPLAIN PRAGMA key='%1'", false},
+            {"PRAGMA hexkey='" + Dispenser::databaseKey.toLatin1().toHex() + "'", false},
+            {"; PRAGMA key='%1'", false},
+        };
+        for (auto it = forms.begin(); it != forms.end(); ++it) {
+            const QString file = newDatabase("main");
+            const QString sameSalt = m_files.next();
+            QVERIFY(QFile::copy(file, sameSalt));
+            TestConnection database(file, "");
+            QSqlQuery query(database);
+            const QString statement = QString(it.key()).replace("%1", Dispenser::databaseKey);
+            QVERIFY_SQL(query, query.exec(statement));
+            QCOMPARE(database.value("SELECT v FROM t"), QString("main"));
+            const QString attach = "ATTACH '%1' AS %2";
+            QVERIFY2(query.exec(attach.arg(newDatabase("x"), R"("a ""b""")")) == it.value(),
+                     qPrintable(statement));
+            // What SQLCipher does by itself; an empty key would not open it.
+            QVERIFY_SQL(query, query.exec(attach.arg(sameSalt, "same")));
+            QVERIFY_SQL(query, query.exec(attach.arg(":memory:", "m")));
+            QVERIFY_SQL(query, query.exec("PRAGMA rekey='new'")); // not known from here on
+            QVERIFY(!query.exec(attach.arg(newDatabase("x"), "later")));
+        }
     }
 
     void aFileOfOtherParametersStillTakesThePassPhrase()
