@@ -2,12 +2,13 @@
 
 #include "app/Logger.h"
 #include "app/StandardOutput.h"
+#include "database/LogDelay.h"
+#include "database/SystemMessage.h"
 #include "database/TableDictionary.h"
 #include "database/TableMessages.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QScopedValueRollback>
 
 #include <cstdlib>
 #include <mutex>
@@ -38,30 +39,18 @@ Level levelOf(QtMsgType type)
     return {nullptr, nullptr};
 }
 
-QByteArray timeStamp()
-{
-    return QDateTime::currentDateTime().toString(QStringLiteral("dd-MM-yy hh:mm:ss")).toLatin1();
-}
-
-void writeLine(const QByteArray& time, const Level& level, const QString& text)
+void writeLine(const QDateTime& time, const Level& level, const QString& text)
 {
     if (level.tag)
-        StandardOutput::write(time + level.tag + text.toUtf8() + '\n');
+        StandardOutput::write(SystemMessage::toText(time).toUtf8() + level.tag + text.toUtf8()
+                              + '\n');
 }
 
-void copyToTable(const Level& level, const QString& text)
-{
-    // The level goes into the name column and the program into the type column, the reverse of
-    // every other system message: kept, the service pages tell log copies by it.
-    if (Logger::logDevMessages && level.word)
-        TableMessages::insertSystemMessage(QLatin1String(level.word),
-                                           QCoreApplication::applicationName(), text);
-}
-
-void reactToFlood(const QByteArray& time)
+void reactToFlood(const QDateTime& time)
 {
     TableDictionary dictionary(nullptr);
-    StandardOutput::write(time + " Message flood detected, rebooting...\n");
+    StandardOutput::write(SystemMessage::toText(time).toUtf8()
+                          + " Message flood detected, rebooting...\n");
     const QString rebootHour = dictionary.getDictionaryValue(QStringLiteral("rebootHour"));
     if (rebootHour.toInt() < 0) {
         // Without a line end, and so in front of the next line: kept, as log readers know it.
@@ -79,7 +68,7 @@ struct Handling
     QString lastMessage;
     quint64 lastMessageCount = 0; // repeats in a row of lastMessage after its first occurrence
 
-    void guardAgainstFlood(const QByteArray& time, const QString& text)
+    void guardAgainstFlood(const QDateTime& time, const QString& text)
     {
         if (text != lastMessage) {
             lastMessage = text;
@@ -90,29 +79,75 @@ struct Handling
     }
 };
 
-// Never destroyed: static destructors and detached workers log until the process is gone.
-Handling& handling()
+// A thread's turn in the handler, for which it waits.
+class Turn
 {
-    static auto* const instance = new Handling;
-    return *instance;
+public:
+    Turn() : m_lock(handling().mutex) { ours = true; }
+    ~Turn() { ours = false; }
+    Q_DISABLE_COPY_MOVE(Turn)
+
+    Handling* operator->() const { return &handling(); }
+
+    // Whether it is the calling thread's.
+    static bool isOurs() { return ours; }
+
+private:
+    inline static thread_local bool ours = false;
+
+    // Never destroyed: static destructors and detached workers log until the process is gone.
+    static Handling& handling()
+    {
+        static auto* const instance = new Handling;
+        return *instance;
+    }
+
+    const std::lock_guard<std::mutex> m_lock;
+};
+
+void insertRow(const QDateTime& time, const Level& level, const QString& text)
+{
+    // The level goes into the name column and the program into the type column, the reverse of
+    // every other system message: kept, the service pages tell log copies by it.
+    if (Logger::logDevMessages)
+        TableMessages::insertSystemMessage(QLatin1String(level.word),
+                                           QCoreApplication::applicationName(), text, time);
 }
 
-thread_local bool handlingOnThisThread = false;
+void copyToTable(const QDateTime& time, const Level& level, const QString& text)
+{
+    if (!Logger::logDevMessages || !level.word)
+        return;
+    if (!LogDelay::isNeeded(LogDelay::Attachment)) {
+        insertRow(time, level, text);
+        return;
+    }
+    LogDelay::keep(LogDelay::Attachment, [time, level, text] {
+        const Turn turn;
+        insertRow(time, level, text);
+    });
+}
+
+void handle(const Turn& turn, const QDateTime& time, QtMsgType type, const QString& text)
+{
+    const Level level = levelOf(type);
+    writeLine(time, level, text);
+    copyToTable(time, level, text);
+    turn->guardAgainstFlood(time, text);
+}
 
 } // namespace
 
 void myMessageHandler(QtMsgType type, const QMessageLogContext& /*context*/, const QString& msg)
 {
-    const Level level = levelOf(type);
-    if (handlingOnThisThread) {
-        writeLine(timeStamp(), level, msg);
-        return;
+    if (Turn::isOurs()) {
+        writeLine(QDateTime::currentDateTime(), levelOf(type), msg);
+    } else if (LogDelay::isNeeded(LogDelay::Lock)) {
+        LogDelay::keep(LogDelay::Lock, [time = QDateTime::currentDateTime(), type, msg] {
+            handle(Turn(), time, type, msg);
+        });
+    } else {
+        const Turn turn;
+        handle(turn, QDateTime::currentDateTime(), type, msg);
     }
-    const QScopedValueRollback<bool> nestedCallsOnlyWrite(handlingOnThisThread, true);
-    Handling& shared = handling();
-    const std::lock_guard oneAtATime(shared.mutex);
-    const QByteArray time = timeStamp();
-    writeLine(time, level, msg);
-    copyToTable(level, msg);
-    shared.guardAgainstFlood(time, msg);
 }

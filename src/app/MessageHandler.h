@@ -13,5 +13,7 @@
 // hangs. It never ends the process itself.
 //
 // One message is handled at a time, the others wait. Called again by the thread that it is working
-// for (a database failure on the way into the table), it writes the line and does no more.
+// for (a database failure on the way into the table), it writes the line and does no more. What a
+// thread logs with a lock on the database in hand is handled when it has let go of the lock, and
+// its rows when it has detached the defaults (LogDelay), both with the time of the call.
 void myMessageHandler(QtMsgType type, const QMessageLogContext& context, const QString& msg);

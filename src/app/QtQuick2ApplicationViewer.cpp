@@ -3,6 +3,7 @@
 #include "app/QtQuick2ApplicationViewerPrivate.h"
 
 #include <QQmlEngine>
+#include <QScreen>
 #include <QUrl>
 
 QtQuick2ApplicationViewer::QtQuick2ApplicationViewer(QWindow* parent)
@@ -27,5 +28,7 @@ void QtQuick2ApplicationViewer::addImportPath(const QString& path)
 
 void QtQuick2ApplicationViewer::showExpanded()
 {
+    if (size().isEmpty())
+        setGeometry(screen()->geometry());
     show();
 }

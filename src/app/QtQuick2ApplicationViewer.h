@@ -24,7 +24,8 @@ public:
     // Adds a folder, looked for in the same places, to the engine's import paths.
     void addImportPath(const QString& path);
 
-    // Shows the window as its flags and geometry say: neither full screen nor maximised.
+    // Shows the window as its flags and geometry say, neither full screen nor maximised; a window
+    // whose scene has no size of its own, as on a dispenser of unknown kind, covers the screen.
     void showExpanded();
 
 private:

@@ -1,9 +1,10 @@
 #include "config/UiConfig.h"
 
-#include "database/TableDictionary.h"
+#include "database/OpenDictionary.h"
 
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QMutexLocker>
 
 #include <algorithm>
@@ -12,12 +13,14 @@
 namespace {
 
 constexpr char platformFolder[] = "/opt/Merivon/";
+constexpr qint64 maximumFileSize = 64 * 1024; // more is no text of a kind, and is not read
 
 // The kind's text from the platform's type file; empty when there is no good one.
 QString systemTypeFromFile()
 {
     QFile file(QLatin1String(platformFolder) + QStringLiteral("systemType.txt"));
-    if (!file.open(QIODevice::ReadOnly)) {
+    // Only a regular file: to open a pipe could wait for ever.
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
         qDebug() << "Failed to open " << platformFolder << "systemType.txt";
         return {};
     }
@@ -25,7 +28,7 @@ QString systemTypeFromFile()
         qDebug() << "Invalid file size (" << platformFolder << "systemType.txt)";
         return {};
     }
-    QString text = QString::fromUtf8(file.readAll()).trimmed();
+    QString text = QString::fromUtf8(file.read(maximumFileSize)).trimmed();
     qDebug() << "System type from file: " << text;
     return text;
 }
@@ -151,18 +154,15 @@ bool UiConfig::readFromDb()
 {
     qDebug() << "Reading configuration...";
     const QMutexLocker lock(&m_mutex);
-    TableDictionary dictionary(nullptr);
-    // One connection for all these reads: to open it costs more than to read. Closed as the
-    // dictionary goes.
-    const DatabaseBase::ConnectionHold hold;
-    setSystemModel(dictionary.getDictionaryValue(QStringLiteral("systemModel"), m_systemModel));
+    OpenDictionary dictionary;
+    setSystemModel(setting(dictionary, "systemModel", m_systemModel));
     m_system_Model = QString(m_systemModel).replace(' ', '_');
     setOwnWifiFccId(); // no setting overrides it, and what the scene wrote does not last
     for (const Tables::Override& each : Tables::geometry) {
         if (each.onGateway || m_systemType != TALVOGATEWAY)
             readOverride(dictionary, each.name, each.field, each.changed);
     }
-    setMainGradient(dictionary.getDictionaryValue(QStringLiteral("mainGradient"), m_mainGradient));
+    setMainGradient(setting(dictionary, "mainGradient", m_mainGradient));
     readOverride(dictionary, "numBarrels", &UiConfig::m_numBarrels, &UiConfig::numBarrelsChanged);
 
     qDebug() << "SystemType: " << m_systemType << ", SystemModel: " << m_systemModel
@@ -175,7 +175,18 @@ bool UiConfig::readFromDb()
 void UiConfig::readOverride(TableDictionary& dictionary, const char* name, int UiConfig::*field,
                             ChangeSignal changed)
 {
-    change(this->*field, dictionary.getDictionaryValue(QLatin1String(name), this->*field), changed);
+    change(this->*field, setting(dictionary, name, this->*field), changed);
+}
+
+template <typename T>
+T UiConfig::setting(TableDictionary& dictionary, const char* name, const T& present)
+{
+    const QString key = QLatin1String(name);
+    // A look with a default stores it. What a dispenser of unknown kind has are no defaults, and
+    // they would stay when its kind is known.
+    if (m_systemType == UNKNOWN && !dictionary.contains(key))
+        return present;
+    return dictionary.getDictionaryValue(key, present);
 }
 
 bool UiConfig::saveToDb()

@@ -63,7 +63,8 @@ public:
     static UiConfig* getInstance();
 
     // Takes the kind from dictionary or file and sets the defaults of that kind, without a signal.
-    // A kind that cannot be told shows in the log and is UNKNOWN.
+    // A kind that cannot be told shows in the log and is UNKNOWN. Of the file, which must be a
+    // regular one, the first 64 KiB are read.
     void initialize();
 
     SystemType getSystemType() const { return m_systemType; }
@@ -134,8 +135,9 @@ public:
     Q_INVOKABLE bool saveToDb();
 
     // Takes the overrides from the dictionary, and stores the present value there for each name
-    // that is missing. True, always: what cannot be read stays as it is. The signals are emitted
-    // with the lock held, so a slot must call neither this nor saveToDb.
+    // that is missing, unless the kind is unknown. True, always: what cannot be read stays as it
+    // is. The signals are emitted with the lock held, so a slot must call neither this nor
+    // saveToDb.
     Q_INVOKABLE bool readFromDb();
 
 private:
@@ -146,6 +148,8 @@ private:
     UiConfig();
 
     void applyDefaults(int kind);
+    template <typename T>
+    T setting(TableDictionary& dictionary, const char* name, const T& present);
     void readOverride(TableDictionary& dictionary, const char* name, int UiConfig::*field,
                       ChangeSignal changed);
     template <typename T> void change(T& field, const T& value, ChangeSignal changed)

@@ -4,8 +4,6 @@
 #include <QString>
 #include <QVariant>
 
-#include <optional>
-
 // Access to the platform's shared database, "/opt/Merivon/Database/merivon_database_enc.db", which
 // other processes of the platform use at the same time. Base of every table class.
 //
@@ -24,16 +22,6 @@ public:
     // Closes the calling thread's connection, unless a statement or a maintenance operation
     // further up on this thread still needs it.
     ~DatabaseBase() override;
-
-    // Keeps the calling thread's connection open, against the closing that follows each helper,
-    // while objects of this class live; they may be nested. The last one does not close it either.
-    class ConnectionHold
-    {
-    public:
-        ConnectionHold();
-        ~ConnectionHold();
-        Q_DISABLE_COPY_MOVE(ConnectionHold)
-    };
 
     // The calling thread's connection in Qt's registry: its native identifier cut to 32 bits, as a
     // signed decimal number.
@@ -86,8 +74,8 @@ public:
     // Drops the table if it is there; false when the statement fails.
     Q_INVOKABLE bool genericDropTable(QString table);
     // Replaces the table by the defaults' definition and rows; its own rows are lost. False when
-    // it could not be made. Without the defaults' definition nothing is dropped, and a process that
-    // dies on the way leaves the table as it was. A definition that SQLite refuses leaves no table.
+    // that failed: then the table is as it was, as also after the process died on the way. Only a
+    // definition that SQLite refuses leaves no table.
     Q_INVOKABLE bool genericRestoreTable(QString table);
     // Adds the columns that the defaults have and the table lacks; restores a table that is missing
     // or cannot be aligned by adding alone. False when the defaults cannot be read, with the table
@@ -95,37 +83,13 @@ public:
     Q_INVOKABLE bool genericUpdateTable(QString table);
 
     // When set, each opening, closing, preparing and executing writes its duration to the log.
-    // Not for a process that copies its log into the database: such a line is written while a
-    // statement holds its lock, see LogLine.
     static bool _debug;
 
-protected:
-    // Opens the connection and keeps it open until the end of the scope, then closes it.
-    class MaintenanceConnection
-    {
-    public:
-        explicit MaintenanceConnection(DatabaseBase& database);
-        ~MaintenanceConnection();
-        Q_DISABLE_COPY_MOVE(MaintenanceConnection)
-
-    private:
-        DatabaseBase& m_database;
-        std::optional<ConnectionHold> m_hold;
-    };
-
-    static QString attachStatement();
-    // Attaches the defaults database as "defaults". False when it is missing or not readable.
-    bool attachDefaults();
-    void detachDefaults();
-
 private:
-    // Closes the connection unless something further up on this thread holds it open.
-    void closeUnlessHeld();
-
-    enum class Replaced { Created, NotCreated, NotDropped };
+    enum class Restored { Yes, No, NotBegun };
 
     bool dropTable(const QString& table, const QString& qualifiedName);
-    Replaced replaceTable(const QString& table, const QString& query, const QString& definition);
-    bool beginWriting();
+    Restored restoreFromDefaults(const QString& table);
+    Restored replaceTable(const QString& table, const QString& query, const QString& definition);
     bool alignTable(const QString& table, const QString& actual, const QString& expected);
 };

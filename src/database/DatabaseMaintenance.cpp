@@ -1,11 +1,12 @@
 #include "database/DatabaseBase.h"
 
-#include "database/DatabaseFiles.h"
-#include "database/LogLine.h"
+#include "database/AttachedDefaults.h"
+#include "database/OpenConnection.h"
 #include "database/SqlQuery.h"
+#include "database/SqlText.h"
 #include "database/SystemMessage.h"
+#include "database/Transaction.h"
 
-#include <QFileInfo>
 #include <QMap>
 #include <QRegularExpression>
 #include <QSet>
@@ -42,57 +43,25 @@ Definitions additionsTo(Definitions current, const Definitions& wanted)
 
 void logCreation(const QString& query, const QString& definition, bool created)
 {
-    LogLine() << "s" << query;
-    LogLine() << "query: " << definition;
-    LogLine() << QStringLiteral("result: %1").arg(created ? 1 : 0);
+    qDebug() << "s" << query;
+    qDebug() << "query: " << definition;
+    qDebug() << QStringLiteral("result: %1").arg(created ? 1 : 0);
 }
 
 QString definitionQuery(const QString& schema, const QString& table)
 {
-    return QStringLiteral("select sql from %1sqlite_master where name='%2'").arg(schema, table);
+    return SqlText::fill(QStringLiteral("select sql from %1sqlite_master where name='%2'"), schema,
+                         table);
 }
 
 } // namespace
-
-DatabaseBase::MaintenanceConnection::MaintenanceConnection(DatabaseBase& database)
-    : m_database(database), m_hold(std::in_place)
-{
-    m_database.openDatabase();
-}
-
-DatabaseBase::MaintenanceConnection::~MaintenanceConnection()
-{
-    m_hold.reset();
-    m_database.closeUnlessHeld();
-}
-
-QString DatabaseBase::attachStatement()
-{
-    return QStringLiteral("ATTACH DATABASE '%1%2' AS defaults")
-        .arg(DatabaseFiles::defaultsFolder, DatabaseFiles::defaultsFile);
-}
-
-bool DatabaseBase::attachDefaults()
-{
-    // Once, also where the connection has just been opened: the driver ignores a repeated key.
-    genericQuery(DatabaseFiles::keyStatement);
-    // SQLite would make the missing file, and attach it empty.
-    return QFileInfo(DatabaseFiles::defaultsFolder + DatabaseFiles::defaultsFile).isFile()
-        && genericQuery(attachStatement());
-}
-
-void DatabaseBase::detachDefaults()
-{
-    genericQuery(QStringLiteral("DETACH defaults"));
-    genericQuery(DatabaseFiles::keyStatement);
-}
 
 bool DatabaseBase::genericTableExists(QString table)
 {
     openDatabase();
     SqlQuery query;
-    query.prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' AND name='%1'")
-                      .arg(table));
+    query.prepare(SqlText::fill(
+        QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' AND name='%1'"), table));
     if (!query.exec()) {
         qDebug() << "Error searching for table: " << query->lastError();
         return false;
@@ -103,7 +72,7 @@ bool DatabaseBase::genericTableExists(QString table)
 bool DatabaseBase::genericColumnExists(QString table, QString column)
 {
     const QVariantList rows
-        = genericGetMapList(QStringLiteral("PRAGMA table_info(%1)").arg(table)).toList();
+        = genericGetMapList(SqlText::fill(QStringLiteral("PRAGMA table_info(%1)"), table)).toList();
     for (const QVariant& row : rows) {
         if (row.toList().value(1).toString() == column)
             return true;
@@ -115,8 +84,8 @@ bool DatabaseBase::genericColumnExists(QString table, QString column)
 
 bool DatabaseBase::genericAddColumn(QString table, QString column, QString definition)
 {
-    const QString sql
-        = QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3").arg(table, column, definition);
+    const QString sql = SqlText::fill(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3"), table,
+                                      column, definition);
     qDebug() << "Adding a new column to the database";
     qDebug() << sql;
     return genericQuery(sql);
@@ -129,87 +98,74 @@ bool DatabaseBase::genericDropTable(QString table)
 
 bool DatabaseBase::dropTable(const QString& table, const QString& qualifiedName)
 {
-    LogLine() << "DROPPING TABLE " << table;
-    const bool dropped = genericQuery(QStringLiteral("DROP TABLE IF EXISTS %1").arg(qualifiedName));
+    qDebug() << "DROPPING TABLE " << table;
+    const bool dropped
+        = genericQuery(SqlText::fill(QStringLiteral("DROP TABLE IF EXISTS %1"), qualifiedName));
     if (!dropped)
-        LogLine() << "failed to drop table";
+        qDebug() << "failed to drop table";
     return dropped;
 }
 
 bool DatabaseBase::genericRestoreTable(QString table)
 {
-    const MaintenanceConnection connection(*this);
     qDebug() << "RESTORING TABLE " << table << " FROM DEFAULT";
-    if (!attachDefaults()) {
+    const OpenConnection connection;
+    const Restored restored = restoreFromDefaults(table);
+    if (restored == Restored::Yes || restored == Restored::No)
+        qDebug() << "restore complete"; // kept: told whenever the drop was not what failed
+    return restored == Restored::Yes;
+}
+
+DatabaseBase::Restored DatabaseBase::restoreFromDefaults(const QString& table)
+{
+    const AttachedDefaults defaults(*this);
+    if (!defaults.areThere()) {
         qDebug() << "unable to attach default database";
-        closeDatabase();
-        return false;
+        return Restored::NotBegun;
     }
     const QString query = definitionQuery(QStringLiteral("defaults."), table);
     const QString definition = genericGetColumn(query).toString();
-    // What cannot be made again must not be dropped.
-    const Replaced replaced
-        = definition.isEmpty() ? Replaced::NotCreated : replaceTable(table, query, definition);
-    if (definition.isEmpty())
-        logCreation(query, definition, false);
-    detachDefaults();
-    if (replaced != Replaced::NotDropped)
-        qDebug() << "restore complete";
-    return replaced == Replaced::Created;
+    if (!definition.isEmpty())
+        return replaceTable(table, query, definition);
+    logCreation(query, definition, false);
+    return Restored::No; // what cannot be made again must not be dropped
 }
 
 // Power may fail at any moment: the table is to be as before or restored, never dropped or empty.
-DatabaseBase::Replaced DatabaseBase::replaceTable(const QString& table, const QString& query,
+DatabaseBase::Restored DatabaseBase::replaceTable(const QString& table, const QString& query,
                                                   const QString& definition)
 {
-    const LogLine::Deferral nothingLoggedInTheTransaction;
-    if (!beginWriting())
-        return Replaced::NotDropped;
+    Transaction transaction(*this);
     // Qualified: without a schema the drop would reach the defaults' table when ours is missing.
-    if (!dropTable(table, QLatin1String("main.") + table)) {
-        genericQuery(QStringLiteral("ROLLBACK"));
-        return Replaced::NotDropped;
-    }
+    if (!transaction.hasBegun() || !dropTable(table, QLatin1String("main.") + table))
+        return Restored::NotBegun;
     const bool created = genericQuery(definition);
     logCreation(query, definition, created);
-    genericQuery(QStringLiteral("INSERT INTO main.%1 SELECT * FROM defaults.%1;").arg(table));
-    if (genericQuery(QStringLiteral("COMMIT")))
-        return created ? Replaced::Created : Replaced::NotCreated;
-    genericQuery(QStringLiteral("ROLLBACK"));
-    return Replaced::NotCreated;
-}
-
-// Begins a transaction with the write lock of the shared database in hand, since waiting for it
-// later, with a read lock in hand, could last for ever. BEGIN IMMEDIATE would lock the attached
-// database too, which need not be writable, and spread the transaction over two files.
-bool DatabaseBase::beginWriting()
-{
-    if (!genericQuery(QStringLiteral("BEGIN")))
-        return false;
-    // Takes the lock and, in a database without auto-vacuum, does nothing else.
-    if (genericQuery(QStringLiteral("PRAGMA main.incremental_vacuum(1)")))
-        return true;
-    genericQuery(QStringLiteral("ROLLBACK"));
-    return false;
+    const bool copied = genericQuery(
+        SqlText::fill(QStringLiteral("INSERT INTO main.%1 SELECT * FROM defaults.%1;"), table));
+    // Kept: a definition that SQLite refuses leaves no table, and the next update tries again.
+    const bool whole = copied || !created;
+    return whole && transaction.commit() && created ? Restored::Yes : Restored::No;
 }
 
 bool DatabaseBase::genericUpdateTable(QString table)
 {
-    const MaintenanceConnection connection(*this);
+    const OpenConnection connection;
     if (!genericTableExists(table))
         return genericRestoreTable(table);
-    if (!attachDefaults()) {
-        qDebug() << "unable to attach default database";
-        closeDatabase();
-        return false;
+    QString actual;
+    QString expected;
+    {
+        const AttachedDefaults defaults(*this);
+        if (!defaults.areThere()) {
+            qDebug() << "unable to attach default database";
+            return false;
+        }
+        actual = genericGetColumn(definitionQuery(QString(), table)).toString();
+        expected = genericGetColumn(definitionQuery(QStringLiteral("defaults."), table)).toString();
     }
-    const QString actual = genericGetColumn(definitionQuery(QString(), table)).toString();
-    const QString expected
-        = genericGetColumn(definitionQuery(QStringLiteral("defaults."), table)).toString();
-    detachDefaults();
     if (actual.isEmpty() || expected.isEmpty()) {
         qDebug() << "unable to get sql from current or default database for table" << table;
-        closeDatabase();
         return false;
     }
     return alignTable(table, actual, expected);

@@ -1,6 +1,8 @@
 #include "database/DatabaseBase.h"
 
+#include "database/OpenConnection.h"
 #include "database/SqlQuery.h"
+#include "database/SqlText.h"
 
 #include <QSqlRecord>
 
@@ -14,8 +16,8 @@ bool run(SqlQuery& query, const QString& sql)
 
 void logFailure(const char* helper, const QString& what, SqlQuery& query)
 {
-    LogLine() << "Error:" << helper << what;
-    LogLine() << "!!! query failed: " << query->lastError() << " !!!";
+    qDebug() << "Error:" << helper << SqlText::shown(what);
+    qDebug() << "!!! query failed: " << query->lastError() << " !!!";
 }
 
 // Runs the SQL and hands every row to readRow.
@@ -65,46 +67,39 @@ short DatabaseBase::genericGetID(QString sql)
 
 QVariantList DatabaseBase::genericGetIDs(QString sql)
 {
-    openDatabase();
+    const OpenConnection connection;
     QVariantList ids;
     forEachRow("genericGetIDs", sql, [&](SqlQuery& query) { ids.append(query->value(0).toInt()); });
-    closeUnlessHeld();
     return ids;
 }
 
 QVariant DatabaseBase::genericGetColumn(QString sql)
 {
-    openDatabase();
+    const OpenConnection connection;
     QVariant column;
     forEachRow("genericGetColumn", sql, [&](SqlQuery& query) {
         if (!column.isValid())
             column = query->value(0).toString();
     });
-    closeUnlessHeld();
     return column;
 }
 
 QVariantList DatabaseBase::genericGetColumnList(QString sql)
 {
-    openDatabase();
+    const OpenConnection connection;
     QVariantList columns;
     forEachRow("genericGetColumnList", sql,
                [&](SqlQuery& query) { columns.append(query->value(0)); });
-    closeUnlessHeld();
     return columns;
 }
 
 bool DatabaseBase::genericQuery(QString sql)
 {
-    openDatabase();
-    bool executed = false;
-    {
-        SqlQuery query;
-        executed = run(query, sql);
-        if (!executed)
-            logFailure("genericQuery", QLatin1String("while executing query: ") + sql, query);
-    }
-    closeUnlessHeld();
+    const OpenConnection connection;
+    SqlQuery query;
+    const bool executed = run(query, sql);
+    if (!executed)
+        logFailure("genericQuery", QLatin1String("while executing query: ") + sql, query);
     return executed;
 }
 
@@ -127,7 +122,7 @@ QVariant DatabaseBase::genericGetMapList(QString sql)
 
 QVariantList DatabaseBase::getRowAsList(QString table, ushort databaseID)
 {
-    openDatabase();
+    const OpenConnection connection;
     const qint16 columns = countColumns("getRowAsList", table);
     QVariantList values;
     const QString sql = QLatin1String("SELECT * FROM ") + table + QLatin1String(" WHERE id='")
@@ -136,20 +131,19 @@ QVariantList DatabaseBase::getRowAsList(QString table, ushort databaseID)
         if (values.isEmpty())
             appendAsStrings(values, query, columns);
     });
-    closeUnlessHeld();
     return values;
 }
 
 QVariantList DatabaseBase::getRowAsList(QString table, QString keyName, QString keyValue)
 {
-    openDatabase();
+    const OpenConnection connection;
     const qint16 columns = countColumns("getRowAsList", table);
     const QString sql = keyName.isEmpty()
-        ? QStringLiteral("SELECT * FROM %1").arg(table)
-        : QStringLiteral("SELECT * FROM %1 WHERE %2 = '%3'").arg(table, keyName, keyValue);
+        ? SqlText::fill(QStringLiteral("SELECT * FROM %1"), table)
+        : SqlText::fill(QStringLiteral("SELECT * FROM %1 WHERE %2 = '%3'"), table, keyName,
+                        keyValue);
     QVariantList values;
     forEachRow("getRowAsList", sql,
                [&](SqlQuery& query) { appendAsStrings(values, query, columns); });
-    closeUnlessHeld();
     return values;
 }

@@ -1,25 +1,25 @@
 #pragma once
 
 #include "database/DatabaseBase.h"
-#include "database/LogLine.h"
+#include "database/LogDelay.h"
+#include "database/ThreadConnection.h"
 
+#include <QDebug>
 #include <QElapsedTimer>
-#include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QThread>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 // One statement on the calling thread's connection, which waits for as long as another process
 // holds the database locked. To be destroyed before the connection is closed.
 class SqlQuery
 {
 public:
-    SqlQuery()
-        : m_query(std::make_unique<QSqlQuery>(
-            QSqlDatabase::database(DatabaseBase::connectionName(), false)))
+    SqlQuery() : m_query(std::make_unique<QSqlQuery>(ThreadConnection::database()))
     {
         m_query->setForwardOnly(true);
     }
@@ -64,11 +64,11 @@ private:
         timer.start();
         const bool prepared = m_query->prepare(sql);
         if (DatabaseBase::_debug) {
-            LogLine() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName()
-                      << "SQL: prepared" << prepared << sql;
+            qDebug() << "[" << timer.elapsed() << "ms]" << ThreadConnection::name()
+                     << "SQL: prepared" << prepared << sql;
         }
         if (m_query->lastError().isValid())
-            LogLine(QtWarningMsg) << "SQLERROR:" << m_query->lastError().text();
+            qWarning() << "SQLERROR:" << m_query->lastError().text();
         return prepared;
     }
 
@@ -77,21 +77,23 @@ private:
         QElapsedTimer timer;
         timer.start();
         m_result = m_query->exec();
+        if (m_result && !m_lock)
+            m_lock.emplace(LogDelay::Lock);
         if (DatabaseBase::_debug) {
-            LogLine() << "[" << timer.elapsed() << "ms]" << DatabaseBase::connectionName()
-                      << "SQL: executed " << m_result;
+            qDebug() << "[" << timer.elapsed() << "ms]" << ThreadConnection::name()
+                     << "SQL: executed " << m_result;
         }
         if (!m_result) {
             // "/n" is what the platform's log readers look for; it was never a line break.
-            LogLine(QtCriticalMsg) << "SQLERROR: [" << timer.elapsed() << "ms]"
-                                   << DatabaseBase::connectionName() << "/n" << m_statement;
+            qCritical() << "SQLERROR: [" << timer.elapsed() << "ms]" << ThreadConnection::name()
+                        << "/n" << m_statement;
         }
         return m_result;
     }
 
+    const ThreadConnection::Hold m_hold;
+    std::optional<LogDelay> m_lock; // a statement that was executed reads until it is finished
     std::unique_ptr<QSqlQuery> m_query;
     bool m_result = false;
     QString m_statement; // kept empty: the line above shows it, and has always shown it empty
-    // A log line of a failed statement may itself be written to the database, on this connection.
-    DatabaseBase::ConnectionHold m_hold;
 };

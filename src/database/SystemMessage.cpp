@@ -3,6 +3,7 @@
 #include "database/TableMessages.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <QMutexLocker>
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace SystemMessage {
 
 namespace {
 
-constexpr qint64 repeatBlockSeconds = 60;
+constexpr qint64 repeatBlockMsecs = 60 * 1000;
 
 struct ServiceName
 {
@@ -40,9 +41,12 @@ bool isSame(const Message& a, const Message& b)
     return a.type == b.type && a.service == b.service && a.text == b.text;
 }
 
-bool isPastDue(const Message& message, const QDateTime& now)
+// Whether a repeat of a message of this time is kept out now. One of the future, from before the
+// clock was set back, keeps nothing out.
+bool isRecent(const QDateTime& date)
 {
-    return now >= message.date.addSecs(repeatBlockSeconds);
+    const qint64 age = date.msecsTo(QDateTime::currentDateTimeUtc());
+    return date.isValid() && age >= 0 && age < repeatBlockMsecs;
 }
 
 } // namespace
@@ -80,6 +84,11 @@ QString toText(Type type)
     return unknownText();
 }
 
+QString toText(const QDateTime& date)
+{
+    return QLocale::c().toString(date, QStringLiteral("dd-MM-yy hh:mm:ss"));
+}
+
 QMutex Status::_systemMessageMutex;
 QList<Message> Status::_messages;
 
@@ -93,28 +102,25 @@ bool Status::log(const Message& message)
 
 bool Status::canAdd(const Message& message)
 {
-    const auto earlier = std::find_if(_messages.cbegin(), _messages.cend(),
-                                      [&](const Message& known) { return isSame(known, message); });
-    const bool repeated
-        = earlier != _messages.cend() && !isPastDue(*earlier, QDateTime::currentDateTime());
     removePastDue();
+    const bool repeated = std::any_of(_messages.cbegin(), _messages.cend(),
+                                      [&](const Message& known) { return isSame(known, message); });
     if (!repeated)
-        _messages.append(message);
+        _messages.append({message.service, message.type, message.text, message.date.toUTC()});
     return !repeated;
 }
 
 void Status::removePastDue()
 {
-    const QDateTime now = QDateTime::currentDateTime();
-    const auto pastDue = [&](const Message& message) { return isPastDue(message, now); };
-    _messages.erase(std::remove_if(_messages.begin(), _messages.end(), pastDue), _messages.end());
+    const auto isDue = [](const Message& message) { return !isRecent(message.date); };
+    _messages.erase(std::remove_if(_messages.begin(), _messages.end(), isDue), _messages.end());
 }
 
 bool post(Type type, const QString& text)
 {
     const QMutexLocker locker(&Status::_systemMessageMutex);
     const Service service = Message::serviceStringToEnum(QCoreApplication::applicationName());
-    return Status::log({service, type, text, QDateTime::currentDateTime()});
+    return Status::log({service, type, text, QDateTime::currentDateTimeUtc()});
 }
 
 } // namespace SystemMessage

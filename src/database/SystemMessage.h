@@ -20,7 +20,7 @@ struct Message
     Service service;
     Type type;
     QString text;
-    QDateTime date; // when it was raised, local time
+    QDateTime date; // when it was raised
 
     // The service of an application name, exact and case-sensitive; Unknown for any other name.
     static Service serviceStringToEnum(const QString& name);
@@ -30,6 +30,8 @@ struct Message
 // outside the enumeration, of either kind.
 QString toText(Service service);
 QString toText(Type type);
+// A date as table and log show it, "dd-MM-yy hh:mm:ss", in ASCII digits whatever the locale.
+QString toText(const QDateTime& date);
 
 // Keeps a message that is raised again within 60 seconds out of the table, for the whole process.
 // Nothing here locks: a caller holds _systemMessageMutex from building a message until log
@@ -44,14 +46,15 @@ public:
     static bool log(const Message& message);
 
     // False when a message of the same service, type and text was accepted less than 60 seconds
-    // ago; otherwise remembers this one and returns true.
+    // ago; otherwise remembers this one and returns true. The times are compared in UTC, so the
+    // zone may change; messages of the future, from before the clock was set back, do not count.
     static bool canAdd(const Message& message);
 
-    // Forgets the remembered messages that are 60 seconds old or older.
+    // Forgets the remembered messages that are 60 seconds old or older, or of the future.
     static void removePastDue();
 
 private:
-    static QList<Message> _messages;
+    static QList<Message> _messages; // with dates in UTC
 };
 
 // Raises a message: service from the running application's name, time now. Any thread; takes the

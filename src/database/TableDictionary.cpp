@@ -1,5 +1,7 @@
 #include "database/TableDictionary.h"
 
+#include "database/SqlText.h"
+
 #include <QDebug>
 
 #include <array>
@@ -62,20 +64,27 @@ TableDictionary::TableDictionary(QObject* parent) : DatabaseBase(parent) { }
 
 QString TableDictionary::getDictionaryValue(QString name)
 {
-    return genericGetColumn(
-               QStringLiteral("SELECT value FROM %1 WHERE name = '%2'").arg(tableName(), name))
+    return genericGetColumn(SqlText::fill(QStringLiteral("SELECT value FROM %1 WHERE name = '%2'"),
+                                          tableName(), name))
         .toString();
+}
+
+bool TableDictionary::contains(const QString& name)
+{
+    return genericGetColumn(
+               SqlText::fill(QStringLiteral("SELECT count(*) FROM %1 WHERE name = '%2'"),
+                             tableName(), name))
+               .toInt()
+        != 0;
 }
 
 bool TableDictionary::setDictionaryValue(QString name, QString value)
 {
-    const int rows
-        = genericGetColumn(
-              QStringLiteral("SELECT count(*) FROM %1 WHERE name = '%2'").arg(tableName(), name))
-              .toInt();
-    const QString sql = rows != 0
-        ? QStringLiteral("UPDATE %1 SET value='%2' WHERE name='%3'").arg(tableName(), value, name)
-        : QStringLiteral("INSERT INTO %1 VALUES(null, '%2', '%3')").arg(tableName(), name, value);
+    const QString sql = contains(name)
+        ? SqlText::fill(QStringLiteral("UPDATE %1 SET value='%2' WHERE name='%3'"), tableName(),
+                        value, name)
+        : SqlText::fill(QStringLiteral("INSERT INTO %1 VALUES(null, '%2', '%3')"), tableName(),
+                        name, value);
     const bool stored = genericQuery(sql);
     if (!stored) {
         // "inserting" for an update as well: the service pages know these words.
@@ -108,8 +117,8 @@ bool TableDictionary::restoreTableDefaults()
 
 QString TableDictionary::getDictionaryValue(QString name, QString defaultValue)
 {
-    const QVariantList values = genericGetColumnList(
-        QStringLiteral("SELECT value FROM %1 WHERE name = '%2' LIMIT 1").arg(tableName(), name));
+    const QVariantList values = genericGetColumnList(SqlText::fill(
+        QStringLiteral("SELECT value FROM %1 WHERE name = '%2' LIMIT 1"), tableName(), name));
     if (!values.isEmpty())
         return values.first().toString();
     setDictionaryValue(name, defaultValue);
@@ -142,10 +151,11 @@ bool TableDictionary::initializeTable()
 
 void TableDictionary::addIfMissing(const QString& name, const QString& value)
 {
-    const QString count = QStringLiteral("SELECT count(*) value FROM dictionary WHERE name='%1'");
-    if (genericGetColumn(count.arg(name)).toInt() != 0)
+    const QString count = SqlText::fill(
+        QStringLiteral("SELECT count(*) value FROM dictionary WHERE name='%1'"), name);
+    if (genericGetColumn(count).toInt() != 0)
         return;
     qDebug() << name << "was missing from database, attempting to add during initialization";
-    genericQuery(
-        QStringLiteral("INSERT INTO dictionary VALUES(null, '%1', '%2')").arg(name, value));
+    genericQuery(SqlText::fill(QStringLiteral("INSERT INTO dictionary VALUES(null, '%1', '%2')"),
+                               name, value));
 }

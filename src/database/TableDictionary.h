@@ -15,8 +15,12 @@ public:
     // The value of a name; empty when the name or the database is not there.
     Q_INVOKABLE QString getDictionaryValue(QString name);
 
+    // Whether the name is there; false also for a database that cannot be read.
+    bool contains(const QString& name);
+
     // Stores a value under a name, in every row of that name or in a new row. False, with a line
-    // in the log, when the statement fails: nothing is escaped, so an apostrophe makes it fail.
+    // in the log, when the statement fails: nothing is escaped, so an apostrophe that is not
+    // doubled makes it fail, in the name or the value.
     Q_INVOKABLE bool setDictionaryValue(QString name, QString value);
     Q_INVOKABLE bool setDictionaryValue(QString name, const char* value);
     Q_INVOKABLE bool setDictionaryValue(QString name, bool value);

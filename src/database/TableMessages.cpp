@@ -1,5 +1,8 @@
 #include "database/TableMessages.h"
 
+#include "database/SqlText.h"
+#include "database/SystemMessage.h"
+
 #include <QDateTime>
 
 namespace {
@@ -17,10 +20,10 @@ QString condition(const QString& name, const QString& type)
     if (anyName && anyType)
         return QStringLiteral(" ORDER");
     if (anyType)
-        return QStringLiteral(" where name='%1' ORDER").arg(name);
+        return SqlText::fill(QStringLiteral(" where name='%1' ORDER"), name);
     if (anyName)
-        return QStringLiteral(" where type='%1' ORDER").arg(type);
-    return QStringLiteral(" where (name='%1' and type='%2')ORDER").arg(name, type);
+        return SqlText::fill(QStringLiteral(" where type='%1' ORDER"), type);
+    return SqlText::fill(QStringLiteral(" where (name='%1' and type='%2')ORDER"), name, type);
 }
 
 } // namespace
@@ -30,39 +33,44 @@ TableMessages::TableMessages(QObject* parent) : DatabaseBase(parent) { }
 bool TableMessages::insertSystemMessage(const QString& name, const QString& type,
                                         const QString& msg)
 {
-    const QString date = QDateTime::currentDateTime().toString(QStringLiteral("dd-MM-yy hh:mm:ss"));
-    return TableMessages().genericQuery(
-        QStringLiteral("INSERT INTO '%1' (name, type, date, msg) VALUES ('%2','%3','%4','%5')")
-            .arg(tableName(), name, type, date, msg));
+    return insertSystemMessage(name, type, msg, QDateTime::currentDateTime());
+}
+
+bool TableMessages::insertSystemMessage(const QString& name, const QString& type,
+                                        const QString& msg, const QDateTime& date)
+{
+    return TableMessages().genericQuery(SqlText::fill(
+        QStringLiteral("INSERT INTO '%1' (name, type, date, msg) VALUES ('%2','%3','%4','%5')"),
+        tableName(), name, type, SystemMessage::toText(date), msg));
 }
 
 QVariant TableMessages::getSystemMessages(const int& limit, const int& offset, const QString& type,
                                           const QString& name, const QString& orderColumn,
                                           const QString& orderDirection)
 {
-    return genericGetMapList(
-        QStringLiteral("SELECT type, name, date, msg FROM '%1'").arg(tableName())
-        + condition(name, type)
-        + QStringLiteral(" BY %1 %2 LIMIT %3 OFFSET %4")
-              .arg(orderColumn, orderDirection, QString::number(limit), QString::number(offset)));
+    return genericGetMapList(SqlText::fill(
+        QStringLiteral("SELECT type, name, date, msg FROM '%1'%2 BY %3 %4 LIMIT %5 OFFSET %6"),
+        tableName(), condition(name, type), orderColumn, orderDirection, QString::number(limit),
+        QString::number(offset)));
 }
 
 bool TableMessages::clearSystemMessages()
 {
-    return genericQuery(QStringLiteral("DELETE FROM %1").arg(tableName()));
+    return genericQuery(SqlText::fill(QStringLiteral("DELETE FROM %1"), tableName()));
 }
 
 int TableMessages::getNumberOfEntries()
 {
-    return genericGetColumn(QStringLiteral("SELECT count(id) as number FROM %1").arg(tableName()))
+    return genericGetColumn(
+               SqlText::fill(QStringLiteral("SELECT count(id) as number FROM %1"), tableName()))
         .toInt();
 }
 
 bool TableMessages::cleanEntries(const int& count)
 {
-    const bool deleted = genericQuery(
-        QStringLiteral("DELETE FROM %1 WHERE id IN (SELECT id FROM %1 order BY id ASC limit %2)")
-            .arg(tableName(), QString::number(count)));
+    const bool deleted = genericQuery(SqlText::fill(
+        QStringLiteral("DELETE FROM %1 WHERE id IN (SELECT id FROM %1 order BY id ASC limit %2)"),
+        tableName(), QString::number(count)));
     genericQuery(QStringLiteral("vacuum"));
     return deleted;
 }

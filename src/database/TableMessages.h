@@ -2,6 +2,8 @@
 
 #include "database/DatabaseBase.h"
 
+class QDateTime;
+
 // The table "systemMessages" of the shared database, columns id, name (the service), type, date
 // ("dd-MM-yy hh:mm:ss", local time of insertion) and msg: what the platform's service pages list.
 class TableMessages : public DatabaseBase
@@ -11,9 +13,11 @@ class TableMessages : public DatabaseBase
 public:
     explicit TableMessages(QObject* parent = nullptr);
 
-    // Inserts one row, dated now. False when the statement fails: nothing is escaped, so a message
-    // with an apostrophe is not stored.
+    // Inserts one row, dated now or with a local time. False when the statement fails: nothing is
+    // escaped, so a message with an apostrophe that is not doubled is not stored.
     static bool insertSystemMessage(const QString& name, const QString& type, const QString& msg);
+    static bool insertSystemMessage(const QString& name, const QString& type, const QString& msg,
+                                    const QDateTime& date);
 
     // A page of at most limit rows (all for a negative one) from row offset on, as a QVariantList,
     // each row a QVariantList of type, name, date and msg. The filter "All" takes every type or

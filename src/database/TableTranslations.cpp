@@ -1,5 +1,8 @@
 #include "database/TableTranslations.h"
 
+#include "database/AttachedDefaults.h"
+#include "database/OpenConnection.h"
+#include "database/SqlText.h"
 #include "database/SystemMessage.h"
 #include "database/TableDictionary.h"
 
@@ -24,8 +27,8 @@ TableTranslations::TableTranslations(QObject* parent) : DatabaseBase(parent)
 QString TableTranslations::lookUp(QString key)
 {
     const QVariantList rows
-        = genericGetMapList(QStringLiteral("SELECT %1,used FROM %2 WHERE key='%3'")
-                                .arg(m_language, tableName(), key))
+        = genericGetMapList(SqlText::fill(QStringLiteral("SELECT %1,used FROM %2 WHERE key='%3'"),
+                                          SqlText::column(m_language), tableName(), key))
               .toList();
     if (key == QLatin1String("KeyCloseDatabase")) {
         closeDatabase();
@@ -56,16 +59,17 @@ void TableTranslations::addKey(const QString& key)
 {
     qDebug() << "the translation for '" << key
              << "' was added automatically to the translations table";
-    genericQuery(QStringLiteral("INSERT INTO %1 VALUES(NULL, '%2', '%3', '%4', '%5', '%6', 1)")
-                     .arg(tableName(), key, key, QLatin1String("(F)") + key,
-                          QLatin1String("(G)") + key, QLatin1String("(S)") + key));
+    genericQuery(SqlText::fill(
+        QStringLiteral("INSERT INTO %1 VALUES(NULL, '%2', '%3', '%4', '%5', '%6', 1)"), tableName(),
+        key, key, QLatin1String("(F)") + key, QLatin1String("(G)") + key,
+        QLatin1String("(S)") + key));
 }
 
 void TableTranslations::markUsed(const QString& key)
 {
     qDebug() << "setting used for: " << key;
-    if (!genericQuery(
-            QStringLiteral("UPDATE %1 SET used='1' WHERE key='%2'").arg(tableName(), key)))
+    if (!genericQuery(SqlText::fill(QStringLiteral("UPDATE %1 SET used='1' WHERE key='%2'"),
+                                    tableName(), key)))
         qDebug() << "translations failed to set 'used'";
 }
 
@@ -76,19 +80,22 @@ bool TableTranslations::restoreTableDefaults()
 
 bool TableTranslations::initializeTable()
 {
-    const MaintenanceConnection connection(*this);
+    const OpenConnection connection;
     if (!genericTableExists(tableName())) {
         qDebug() << "the translation table did not exist";
         return restoreTableDefaults();
     }
     const QString version = versionIn(QString());
-    if (!attachDefaults()) {
-        qDebug() << "unable to attach default database";
-        qDebug() << attachStatement();
-        return false;
+    QString defaultsVersion;
+    {
+        const AttachedDefaults defaults(*this);
+        if (!defaults.areThere()) {
+            qDebug() << "unable to attach default database";
+            qDebug() << AttachedDefaults::statement();
+            return false;
+        }
+        defaultsVersion = versionIn(QStringLiteral("defaults."));
     }
-    const QString defaultsVersion = versionIn(QStringLiteral("defaults."));
-    detachDefaults();
     if (version == defaultsVersion)
         return true;
     qDebug() << "the translation version didn't match default database";
@@ -99,7 +106,8 @@ bool TableTranslations::initializeTable()
 
 QString TableTranslations::versionIn(const QString& schema)
 {
-    return genericGetColumn(QStringLiteral("SELECT english FROM %1 WHERE key='_tableVersion'")
-                                .arg(schema + tableName()))
+    return genericGetColumn(
+               SqlText::fill(QStringLiteral("SELECT english FROM %1 WHERE key='_tableVersion'"),
+                             schema + tableName()))
         .toString();
 }

@@ -3,6 +3,7 @@
 #include "Dispenser.h"
 #include "app/Logger.h"
 #include "app/MessageHandler.h"
+#include "database/DatabaseBase.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -46,6 +47,12 @@ void logIntoBrokenDatabase()
     qDebug("still here");
 }
 
+// The lines of a change that others may hold up.
+void logARestore()
+{
+    DatabaseBase().genericRestoreTable("dictionary");
+}
+
 void logMany(const QByteArray& kind, int count)
 {
     for (int i = 0; i < count; ++i) {
@@ -57,7 +64,7 @@ void logMany(const QByteArray& kind, int count)
 
 } // namespace
 
-// logs levels | threads | broken, or logs same | info | alternating | empty COUNT
+// logs levels | threads | broken | restore, or logs same | info | alternating | empty COUNT
 int main(int argc, char** argv)
 {
     if (argc < 2 || !Dispenser::isHere())
@@ -72,6 +79,8 @@ int main(int argc, char** argv)
         logFromThreads();
     else if (name == "broken")
         logIntoBrokenDatabase();
+    else if (name == "restore")
+        logARestore();
     else
         logMany(name, atoi(argv[argc - 1]));
 }

@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QQuickItem>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -119,6 +120,17 @@ private slots:
         viewer.showExpanded();
         QTRY_COMPARE(viewer.rootObject()->width(), 320.0);
         QTRY_VERIFY(!viewer.isVisible());
+    }
+
+    void viewerWithoutASizeTakesTheScreens()
+    {
+        const QTemporaryDir folder;
+        Dispenser::writeFile(folder.filePath("view.qml"),
+                             "import QtQuick 2.12\nItem { width: 0; height: 0 }");
+        QtQuick2ApplicationViewer viewer;
+        viewer.setMainQmlFile(folder.filePath("view.qml"));
+        viewer.showExpanded();
+        QTRY_COMPARE(viewer.rootObject()->size(), QSizeF(viewer.screen()->size()));
     }
 };
 

@@ -2,6 +2,7 @@
 #include "LogCapture.h"
 
 #include "database/DatabaseBase.h"
+#include "database/Transaction.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -23,12 +24,11 @@ const QString fiveHundred
 
 void takeColumnsAway(DatabaseBase& database)
 {
-    const DatabaseBase::ConnectionHold hold;
-    database.genericQuery("BEGIN IMMEDIATE");
+    Transaction transaction(database);
     database.genericDropTable("t");
     database.genericQuery("CREATE TABLE t (id INTEGER PRIMARY KEY)");
     database.genericQuery(fiveHundred + "INSERT INTO t SELECT i FROM n");
-    database.genericQuery("COMMIT");
+    transaction.commit();
 }
 
 // What the killed process does until it dies: restores, and updates that add columns.

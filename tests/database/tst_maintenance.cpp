@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QProcess>
 
 #include <atomic>
 #include <thread>
@@ -139,6 +140,57 @@ private slots:
         QVERIFY(log.has("failed to drop table") && !log.has("restore complete"));
         QCOMPARE(rows(), QString("view"));
         Dispenser::sql("DROP VIEW t");
+    }
+
+    void whatFailsHalfWayLeavesTheTableAsItWas_data()
+    {
+        QTest::addColumn<QString>("damage");
+        QTest::addColumn<QString>("repair");
+        QTest::newRow("damaged page")
+            << "printf damage | dd of=$0 conv=notrunc bs=1 seek=20000 status=none"
+            << "true";
+        QTest::newRow("full disk")
+            << "cp -r Database /run/small; mv Database Kept; ln -s /run/small/Database .;"
+               "head -c 700000 /dev/zero > /run/small/full"
+            << "rm Database /run/small/full; mv Kept Database";
+    }
+
+    void whatFailsHalfWayLeavesTheTableAsItWas()
+    {
+        QFETCH(QString, damage);
+        QFETCH(QString, repair);
+        makeDefaults("CREATE TABLE t (id INTEGER PRIMARY KEY, text);"
+                     "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n LIMIT 500)"
+                     " INSERT INTO t SELECT i, hex(randomblob(500)) FROM n");
+        Dispenser::sql("CREATE TABLE t (id); INSERT INTO t VALUES (7)");
+        const auto shell = [](const QString& commands) {
+            const QString line = "cd /opt/Merivon && " + commands;
+            return QProcess::execute("sh", {"-c", line, Dispenser::defaultsDatabase}) == 0;
+        };
+        QVERIFY(shell(damage));
+        const LogCapture log;
+        const bool restored = DatabaseBase().genericRestoreTable("t");
+        const QString left = rows();
+        QVERIFY(shell(repair));
+        QVERIFY(log.has("\"result: 1\"") && log.has("restore complete"));
+        QCOMPARE(log.count("query failed"), 1); // the copy, and not what undoes it
+        QVERIFY(!restored);
+        QCOMPARE(left, QString("7"));
+    }
+
+    void theLogNeverReachesTheDefaultsWhileTheyAreAttached()
+    {
+        makeDefaults(
+            "CREATE TABLE t (id); CREATE TABLE systemMessages (id, name, type, date, msg)");
+        Dispenser::sql("ALTER TABLE systemMessages RENAME TO away; CREATE VIEW t AS SELECT 1");
+        Logger::logDevMessages = true;
+        const auto previous = qInstallMessageHandler(myMessageHandler);
+        DatabaseBase().genericRestoreTable("t"); // refuses to drop a view, with critical lines
+        qInstallMessageHandler(previous);
+        Logger::logDevMessages = false;
+        Dispenser::sql("ALTER TABLE away RENAME TO systemMessages; DROP VIEW t");
+        QCOMPARE(Dispenser::sql("SELECT msg FROM systemMessages", Dispenser::defaultsDatabase),
+                 QStringList());
     }
 
     void aRestoreAndALogThatIsCopiedToTheDatabaseDoNotWaitForEachOther()

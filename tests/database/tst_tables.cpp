@@ -125,6 +125,14 @@ private slots:
         QVERIFY(log(Type::Warning, "a", 0));
         QVERIFY(log(Type::Error, "b", 60));
         QVERIFY(log(Type::Error, "b", 0)); // exactly a minute old no longer blocks
+        QVERIFY(log(Type::Error, "c", -3600)); // before the clock was set back an hour
+        QVERIFY(log(Type::Error, "c", 10));
+        QVERIFY(!log(Type::Error, "c", 0));
+        qputenv("TZ", "X-5"); // five hours further on the wall, none in time
+        tzset();
+        QVERIFY(!log(Type::Error, "c", 0));
+        qunsetenv("TZ");
+        tzset();
         QVERIFY(Status::log({static_cast<Service>(9), static_cast<Type>(9), "%1", now}));
         QVERIFY(post(Type::Message, "posted"));
         QVERIFY(!post(Type::Message, "posted"));
@@ -132,12 +140,86 @@ private slots:
             Dispenser::sql("SELECT name, type, msg FROM systemMessages WHERE date GLOB "
                            "'[0-3][0-9]-[01][0-9]-[0-9][0-9] [0-2][0-9]:[0-5][0-9]:*' ORDER BY id"),
             QStringList({"IoT|Error|a", "IoT|Warning|a", "IoT|Error|b", "IoT|Error|b",
-                         "Type::Unknown|Type::Unknown|%1", "SoftwareUpdater|Message|posted"}));
+                         "IoT|Error|c", "IoT|Error|c", "Type::Unknown|Type::Unknown|%1",
+                         "SoftwareUpdater|Message|posted"}));
         for (int number = 1; number <= 6; ++number) {
             const auto service = static_cast<Service>(number);
             QCOMPARE(Message::serviceStringToEnum(toText(service)), service);
         }
         QCOMPARE(Message::serviceStringToEnum("mainui"), Service::Unknown);
+    }
+
+    void noTextActsAsSql_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("ends the literal") << "x' --";
+        QTest::newRow("reads a secret")
+            << "'||(SELECT value FROM dictionary WHERE name='wifiKey')||'";
+        QTest::newRow("joins another table")
+            << "x' UNION SELECT value,1 FROM dictionary WHERE name='wifiKey";
+        QTest::newRow("takes every row") << "x' OR ''='";
+        QTest::newRow("closes the values") << "x', 'y') --";
+        QTest::newRow("odd within even") << "a''b'''c";
+        QTest::newRow("NUL") << QString::fromUtf8("a\0b", 3);
+    }
+
+    void noTextActsAsSql()
+    {
+        QFETCH(QString, text);
+        const auto everything = [] {
+            return Dispenser::sql("SELECT * FROM dictionary; SELECT * FROM systemMessages;"
+                                  "SELECT * FROM translations");
+        };
+        TableDictionary dictionary;
+        TableMessages messages;
+        TableTranslations translations;
+        messages.insertSystemMessage("IoT", "Error", "one");
+        const QStringList before = everything();
+        const LogCapture log;
+        QVERIFY(!dictionary.setDictionaryValue("SSID", text));
+        QVERIFY(!dictionary.setDictionaryValue("new", text));
+        QVERIFY(!dictionary.setDictionaryValue(text, "value"));
+        QCOMPARE(dictionary.getDictionaryValue(text), QString());
+        QCOMPARE(dictionary.getDictionaryValue(text, "default"), QString("default"));
+        QCOMPARE(translations.lookUp(text), text);
+        QVERIFY(!messages.insertSystemMessage(text, "Error", "m"));
+        QVERIFY(!messages.insertSystemMessage("IoT", text, "m"));
+        QVERIFY(!messages.insertSystemMessage("IoT", "Error", text));
+        QCOMPARE(log.count("Error: genericQuery \"while executing query: "), 8);
+        for (const QVariant& page : {messages.getSystemMessages(9, 0, "All", text, "id", "ASC"),
+                                     messages.getSystemMessages(9, 0, text, "All", "id", "ASC"),
+                                     messages.getSystemMessages(9, 0, text, "IoT", "id", "ASC")})
+            QCOMPARE(page.toList(), QVariantList());
+        QCOMPARE(messages.getRowAsList("dictionary", "name", text), QVariantList());
+        QVERIFY(!messages.genericTableExists(text));
+        QVERIFY(!messages.genericRestoreTable(text));
+        QCOMPARE(everything(), before);
+    }
+
+    void doubledApostrophesAndPlaceholdersGoInAsTheyAre()
+    {
+        TableDictionary dictionary;
+        for (const QString text : {"it''s", "''", "''''", "a''", "%1 %2 %3"}) {
+            QVERIFY(dictionary.setDictionaryValue(text, text));
+            QCOMPARE(dictionary.getDictionaryValue(text), QString(text).replace("''", "'"));
+        }
+    }
+
+    void aLanguageThatIsNoColumnReadsNothing_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("expression") << "(SELECT value FROM dictionary WHERE name=''wifiKey'')";
+        QTest::newRow("other columns") << "german,1 FROM translations --";
+        QTest::newRow("unknown") << "klingon";
+    }
+
+    void aLanguageThatIsNoColumnReadsNothing()
+    {
+        QFETCH(QString, language);
+        TableDictionary().setDictionaryValue("language", language);
+        TableTranslations translations;
+        QCOMPARE(translations.lookUp("Yes"), QString("Yes"));
+        TableDictionary().setDictionaryValue("language", "english");
     }
 
     void messagesAreReadByPageAndTrimmedFromTheOldest()
