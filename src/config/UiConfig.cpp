@@ -13,7 +13,7 @@
 namespace {
 
 constexpr char platformFolder[] = "/opt/Merivon/";
-constexpr qint64 maximumFileSize = 64 * 1024; // more is no text of a kind, and is not read
+constexpr qint64 maximumFileSize = 65536; // more is no text of a kind, and is not read
 
 // The kind's text from the platform's type file; empty when there is no good one.
 QString systemTypeFromFile()

@@ -38,7 +38,9 @@ public:
     // genericGetID, genericGetMapList and genericTableExists, which leave it open: the scene's
     // texts come through genericGetMapList, and it closes the connection itself, by looking up
     // "KeyCloseDatabase", before an installation replaces the database file. Nothing is bound or
-    // escaped. A failed statement gives the neutral result and two debug lines.
+    // escaped, here and in the tables: a text between apostrophes that holds a NUL or an apostrophe
+    // that is not doubled makes its statement fail. A failed statement gives the neutral result and
+    // two debug lines.
 
     // The first column of the first row, cut to 16 bits; -1 without a row.
     Q_INVOKABLE short genericGetID(QString sql = QString());
@@ -86,7 +88,7 @@ public:
     static bool _debug;
 
 private:
-    enum class Restored { Yes, No, NotBegun };
+    enum class Restored { Yes, No, Stopped };
 
     bool dropTable(const QString& table, const QString& qualifiedName);
     Restored restoreFromDefaults(const QString& table);

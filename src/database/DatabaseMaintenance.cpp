@@ -111,7 +111,7 @@ bool DatabaseBase::genericRestoreTable(QString table)
     qDebug() << "RESTORING TABLE " << table << " FROM DEFAULT";
     const OpenConnection connection;
     const Restored restored = restoreFromDefaults(table);
-    if (restored == Restored::Yes || restored == Restored::No)
+    if (restored != Restored::Stopped)
         qDebug() << "restore complete"; // kept: told whenever the drop was not what failed
     return restored == Restored::Yes;
 }
@@ -121,7 +121,7 @@ DatabaseBase::Restored DatabaseBase::restoreFromDefaults(const QString& table)
     const AttachedDefaults defaults(*this);
     if (!defaults.areThere()) {
         qDebug() << "unable to attach default database";
-        return Restored::NotBegun;
+        return Restored::Stopped;
     }
     const QString query = definitionQuery(QStringLiteral("defaults."), table);
     const QString definition = genericGetColumn(query).toString();
@@ -138,7 +138,7 @@ DatabaseBase::Restored DatabaseBase::replaceTable(const QString& table, const QS
     Transaction transaction(*this);
     // Qualified: without a schema the drop would reach the defaults' table when ours is missing.
     if (!transaction.hasBegun() || !dropTable(table, QLatin1String("main.") + table))
-        return Restored::NotBegun;
+        return Restored::Stopped;
     const bool created = genericQuery(definition);
     logCreation(query, definition, created);
     const bool copied = genericQuery(

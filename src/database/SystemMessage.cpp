@@ -13,7 +13,7 @@ namespace SystemMessage {
 
 namespace {
 
-constexpr qint64 repeatBlockMsecs = 60 * 1000;
+constexpr qint64 repeatBlockMsecs = 60000;
 
 struct ServiceName
 {

@@ -21,12 +21,13 @@ public:
     // The text of a key in the current language. The first look-up of a known key marks its row as
     // used; an unknown key is added, marked already, and so is, again and again, any key while the
     // language or the table is wrong. The key itself when there is no text for it or the database
-    // cannot be read; never empty for a key that is not. "KeyCloseDatabase" closes the connection,
-    // so that an installation can replace the database file.
+    // cannot be read, as for a key with an apostrophe that is not doubled; never empty for a key
+    // that is not. "KeyCloseDatabase" closes the connection, so that an installation can replace
+    // the database file.
     Q_INVOKABLE QString lookUp(QString key);
 
     // Reads the setting "language" again, a column name of the table such as "english"; to be
-    // called after the setting is stored.
+    // called after the setting is stored. Anything but a plain name is an unknown language.
     Q_INVOKABLE void languageUpdate();
 
     // Replaces the table by the defaults'; false when it could not be made.
