@@ -21,7 +21,6 @@ private slots:
         Dispenser::sql("INSERT INTO dictionary VALUES (null,'aNumber','a'), (null,'aNumber','b')");
         QVERIFY(dictionary.setDictionaryValue("aNumber", 3)); // in both rows
         QVERIFY(dictionary.setDictionaryValue("aFlag", true));
-        QVERIFY(dictionary.setDictionaryValue("aText", "value of '%1' is not it") == false);
         QVERIFY(dictionary.setDictionaryValue("aText", QString("%1 %2\nline \u00e9")));
         QCOMPARE(dictionary.getDictionaryValue("aNumber", 2), 3);
         QCOMPARE(dictionary.getDictionaryValue("aFlag", false), true);
@@ -99,15 +98,18 @@ private slots:
         TableDictionary().setDictionaryValue("language", "english");
         TableTranslations translations;
         const LogCapture log;
-        QCOMPARE(translations.lookUp("it's"), QString("it's"));
         QCOMPARE(translations.lookUp("Yes"), QString("Yes"));
         QVERIFY(Dispenser::isOpenHere(Dispenser::sharedDatabase));
         QCOMPARE(translations.lookUp("KeyCloseDatabase"), QString("KeyCloseDatabase"));
         QVERIFY(!Dispenser::isOpenHere(Dispenser::sharedDatabase));
-        TableDictionary().setDictionaryValue("language", "klingon");
-        translations.languageUpdate();
-        QCOMPARE(translations.lookUp("Yes"), QString("Yes"));
-        QCOMPARE(translations.lookUp(""), QString(""));
+        for (const QString language :
+             {"klingon", "(SELECT value FROM dictionary WHERE name=''wifiKey'')",
+              "german,1 FROM translations --"}) {
+            TableDictionary().setDictionaryValue("language", language);
+            translations.languageUpdate();
+            QCOMPARE(translations.lookUp("Yes"), QString("Yes"));
+            QCOMPARE(translations.lookUp(""), QString(""));
+        }
         TableDictionary().setDictionaryValue("language", "english");
     }
 
@@ -200,23 +202,6 @@ private slots:
         }
     }
 
-    void aLanguageThatIsNoColumnReadsNothing_data()
-    {
-        QTest::addColumn<QString>("language");
-        QTest::newRow("expression") << "(SELECT value FROM dictionary WHERE name=''wifiKey'')";
-        QTest::newRow("other columns") << "german,1 FROM translations --";
-        QTest::newRow("unknown") << "klingon";
-    }
-
-    void aLanguageThatIsNoColumnReadsNothing()
-    {
-        QFETCH(QString, language);
-        TableDictionary().setDictionaryValue("language", language);
-        TableTranslations translations;
-        QCOMPARE(translations.lookUp("Yes"), QString("Yes"));
-        TableDictionary().setDictionaryValue("language", "english");
-    }
-
     void messagesAreReadByPageAndTrimmedFromTheOldest()
     {
         TableMessages messages;
@@ -239,7 +224,6 @@ private slots:
         QVERIFY(messages.cleanEntries(100));
         QCOMPARE(messages.getNumberOfEntries(), 150);
         QCOMPARE(Dispenser::sql("SELECT min(0+msg) FROM systemMessages"), QStringList("101"));
-        QVERIFY(!TableMessages::insertSystemMessage("a", "b", "it's"));
     }
 };
 
