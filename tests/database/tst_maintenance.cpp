@@ -178,6 +178,16 @@ private slots:
         QCOMPARE(left, QString("7"));
     }
 
+    void aDefinitionThatIsRefusedLeavesNoTable()
+    {
+        makeDefaults("CREATE TABLE other (id); CREATE INDEX t ON other (id)");
+        Dispenser::sql("CREATE TABLE t (id)");
+        const LogCapture log;
+        QVERIFY(!DatabaseBase().genericRestoreTable("t"));
+        QVERIFY(log.has("\"result: 0\"") && log.has("restore complete"));
+        QVERIFY(!DatabaseBase().genericTableExists("t"));
+    }
+
     void theLogNeverReachesTheDefaultsWhileTheyAreAttached()
     {
         makeDefaults(
