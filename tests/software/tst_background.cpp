@@ -62,7 +62,7 @@ private slots:
         int unfinished = 0;
         QTimer::singleShot(0, this, [&] {
             QTimer::singleShot(0, this, [&] {
-                QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+                QTimer::singleShot(0, &QCoreApplication::quit);
                 unfinished += !endedBy(newEvent());
                 unfinished += !endedBy(newEvent());
             });
@@ -72,7 +72,7 @@ private slots:
         QCOMPARE(unfinished, 3);
         stopped.get_future().wait();
 
-        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QTimer::singleShot(0, &QCoreApplication::quit);
         QVERIFY(!endedBy(newEvent()));
         const auto onlyResult = [](const Stop&) { return 5; };
         QCOMPARE(Background::resultOf(onlyResult).value(), 5);
