@@ -4,7 +4,9 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstring>
+#include <filesystem>
 
 CommandLine CommandLine::read(int argc, const char* const* argv)
 {
@@ -24,14 +26,24 @@ CommandLine CommandLine::read(int argc, const char* const* argv)
     return line;
 }
 
+void CommandLine::choosePlatform(int argc, const char* const* argv)
+{
+    const auto isUpdate = [](const char* word) { return std::strcmp(word, "--update") == 0; };
+    if (std::any_of(argv, argv + argc, isUpdate) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen;minimal");
+}
+
 void CommandLine::checkFirmware(const char* path)
 {
-    firmwareFile = QFileInfo(QFile::decodeName(path));
-    const QString absolutePath = firmwareFile.absoluteFilePath();
-    StandardOutput::write("Checking " + QFile::encodeName(absolutePath) + '\n');
-    if (!firmwareFile.exists())
+    // As bytes: QFileInfo finds no file whose name is not UTF-8.
+    std::error_code error;
+    const std::string absolutePath
+        = std::filesystem::absolute(path, error).lexically_normal().string();
+    firmwareFile = QFileInfo(QFile::decodeName(absolutePath.c_str()));
+    StandardOutput::write("Checking " + QByteArray::fromStdString(absolutePath) + '\n');
+    if (!std::filesystem::exists(absolutePath, error))
         StandardOutput::write("Firmware file doesn't exists\n");
-    else if (absolutePath.endsWith(QLatin1String("hex")))
+    else if (QByteArray::fromStdString(absolutePath).endsWith("hex"))
         firmwareValid = true;
     else
         StandardOutput::write("File isn't a firmware.\n");

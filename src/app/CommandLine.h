@@ -14,8 +14,14 @@ struct CommandLine
     QFileInfo firmwareFile;
 
     // Reads argv[1] to argv[argc - 1] and writes what it finds about each firmware file to standard
-    // output. Options are compared exactly; unknown ones are ignored.
+    // output. Options are compared exactly; unknown ones are ignored. Paths are bytes, of whatever
+    // encoding.
     static CommandLine read(int argc, const char* const* argv);
+
+    // To be called before the application object is made, which cannot be without a platform: where
+    // neither QT_QPA_PLATFORM nor "-platform" says which, the console check takes one without a
+    // display.
+    static void choosePlatform(int argc, const char* const* argv);
 
 private:
     void checkFirmware(const char* path);

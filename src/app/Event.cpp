@@ -1,25 +1,37 @@
 #include "app/Event.h"
 
-#include <QDBusConnection>
-#include <QDBusError>
+#include "app/RemoteControl.h"
+#include "app/SessionBus.h"
+
 #include <QDebug>
 
-namespace {
-const QString serviceName = QStringLiteral("org.merivon.softwareUpdater");
-const QString interfaceName = QStringLiteral("org.merivon.softwareUpdater");
-const QString objectPath = QStringLiteral("/");
-} // namespace
+#include <chrono>
 
 Event::Event(QObject* parent) : QObject(parent)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.registerService(serviceName))
-        qCritical() << "DBUS SERVICE NOT REGISTERED: " << bus.lastError().message();
-    if (!bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots))
-        qCritical() << "DBUS OBJECT NOT REGISTERED: " << bus.lastError().message();
-    // By its string form: the bus connects to slots by name only.
-    bus.connect(serviceName, objectPath, interfaceName, QStringLiteral("quitApp"), this,
-                SLOT(quitApp()));
+    if (!SessionBus::answers(std::chrono::seconds(2))) {
+        qCritical() << "DBUS SESSION BUS DOES NOT ANSWER";
+        SessionBus::doWithout();
+    }
+    auto* const control = new RemoteControl;
+    control->moveToThread(&m_busThread);
+    connect(&m_busThread, &QThread::finished, control, &QObject::deleteLater);
+    connect(control, &RemoteControl::quitAsked, this, &Event::quitApp);
+    m_busThread.start();
+
+    RemoteControl::Failures failures;
+    QMetaObject::invokeMethod(
+        control, [&] { failures = control->registerOnBus(); }, Qt::BlockingQueuedConnection);
+    if (failures.service)
+        qCritical() << "DBUS SERVICE NOT REGISTERED: " << *failures.service;
+    if (failures.object)
+        qCritical() << "DBUS OBJECT NOT REGISTERED: " << *failures.object;
+}
+
+Event::~Event()
+{
+    m_busThread.quit();
+    m_busThread.wait();
 }
 
 void Event::quitApp()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QThread>
 
 // The updater's remote control: on the session bus, service and interface
 // "org.merivon.softwareUpdater", object "/", it takes the one method call `quitApp` (no arguments,
@@ -11,14 +12,20 @@ class Event : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.merivon.softwareUpdater")
 
 public:
-    // Registers the service and this object. What fails is logged at critical level and otherwise
-    // ignored: without a bus, or beside a second copy of the program that holds the name, the
-    // updater runs on without remote control. The registration ends with the object.
+    // Registers the service and the object. What fails is logged at critical level and otherwise
+    // ignored: without a bus, beside a second copy of the program that holds the name, or when the
+    // bus has said nothing for two seconds, the updater runs on without remote control. The
+    // object's registration ends with this object. The bus is served on a thread of its own, where
+    // a call is a ProcessEnd::request() at once; shutTheAppDown() comes on this object's thread.
     explicit Event(QObject* parent = nullptr);
+    ~Event() override;
 
 signals:
     void shutTheAppDown();
 
 public slots:
     Q_SCRIPTABLE void quitApp();
+
+private:
+    QThread m_busThread;
 };

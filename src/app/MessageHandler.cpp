@@ -6,11 +6,11 @@
 #include "database/SystemMessage.h"
 #include "database/TableDictionary.h"
 #include "database/TableMessages.h"
+#include "process/ShellCommand.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 
-#include <cstdlib>
 #include <mutex>
 
 namespace {
@@ -58,7 +58,7 @@ void reactToFlood(const QDateTime& time)
         return;
     }
     // Not through the script launcher: it logs, and this runs inside the log.
-    [[maybe_unused]] const int status = std::system("reboot");
+    runInShell("reboot");
 }
 
 // What one message at a time may use.

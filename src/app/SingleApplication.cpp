@@ -1,10 +1,16 @@
 #include "app/SingleApplication.h"
 
+#include "process/ProcessEnd.h"
+
 #include <QDebug>
 
 #include <exception>
 
-SingleApplication::SingleApplication(int& argc, char** argv) : QApplication(argc, argv) { }
+SingleApplication::SingleApplication(int& argc, char** argv) : QApplication(argc, argv)
+{
+    connect(this, &QGuiApplication::lastWindowClosed, &ProcessEnd::request);
+    connect(this, &QCoreApplication::aboutToQuit, &ProcessEnd::request);
+}
 
 void SingleApplication::appendThread(QThread* thread)
 {
@@ -41,6 +47,7 @@ bool SingleApplication::notify(QObject* receiver, QEvent* event)
 
 void SingleApplication::quitApp()
 {
+    ProcessEnd::request();
     qDebug() << "quitting";
     shutdownThreads();
     QCoreApplication::quit();

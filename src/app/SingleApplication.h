@@ -13,6 +13,7 @@ class SingleApplication : public QApplication
 
 public:
     // As QApplication: takes its own options out of the arguments, which must outlive the object.
+    // Closing the last window and leaving the event loop are requests to end the process.
     SingleApplication(int& argc, char** argv);
 
     // Registers a worker thread to be ended by shutdownThreads(). The thread stays the caller's;
@@ -30,7 +31,8 @@ public:
     bool notify(QObject* receiver, QEvent* event) override;
 
 public slots:
-    // Ends the registered threads, then the event loop with result 0.
+    // Requests the end of the process, ends the registered threads, then the event loop with result
+    // 0.
     void quitApp();
 
 private:

@@ -1,9 +1,34 @@
 #include "app/StandardOutput.h"
 
+#include <QDeadlineTimer>
+
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
+
+namespace {
+
+constexpr int patienceMs = 1000;
+
+// The last line found no taker: the next ones wait for none.
+std::atomic<bool> nobodyReads {false};
+
+bool takesMore(const QDeadlineTimer& deadline)
+{
+    pollfd output {STDOUT_FILENO, POLLOUT, 0};
+    int ready = 0;
+    do
+        ready = ::poll(&output, 1, static_cast<int>(deadline.remainingTime()));
+    while (ready < 0 && errno == EINTR);
+    return ready != 0;
+}
+
+} // namespace
 
 namespace StandardOutput {
 
@@ -22,17 +47,24 @@ void prepare()
 
 void write(const QByteArray& bytes)
 {
+    const QDeadlineTimer deadline(nobodyReads ? 0 : patienceMs);
     const char* next = bytes.constData();
     auto left = static_cast<std::size_t>(bytes.size());
     while (left > 0) {
-        const ssize_t written = ::write(STDOUT_FILENO, next, left);
-        if (written < 0 && errno != EINTR)
+        if (!takesMore(deadline)) {
+            nobodyReads = true;
+            return;
+        }
+        // No more at once than what a pipe that takes anything takes without waiting.
+        const ssize_t written = ::write(STDOUT_FILENO, next, std::min<std::size_t>(left, PIPE_BUF));
+        if (written < 0 && errno != EINTR && (errno != EAGAIN || deadline.hasExpired()))
             return;
         if (written > 0) {
             next += written;
             left -= static_cast<std::size_t>(written);
         }
     }
+    nobodyReads = false;
 }
 
 } // namespace StandardOutput

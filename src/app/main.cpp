@@ -3,7 +3,6 @@
 #include "app/Event.h"
 #include "app/Logger.h"
 #include "app/MessageHandler.h"
-#include "app/ProcessEnd.h"
 #include "app/QtQuick2ApplicationViewer.h"
 #include "app/StandardOutput.h"
 #include "config/UiConfig.h"
@@ -11,6 +10,7 @@
 #include "database/PlatformFolders.h"
 #include "database/TableTranslations.h"
 #include "process/LaunchAsync.h"
+#include "process/ProcessEnd.h"
 #include "process/ScriptLauncher.h"
 #include "software/FileHelper.h"
 #include "software/MediaFolder.h"
@@ -87,6 +87,7 @@ int runUpdater(int& argc, char** argv)
     if (commandLine.exitAfterArguments)
         return EXIT_SUCCESS;
 
+    ProcessEnd::watch();
     Event event;
     QObject::connect(&event, &Event::shutTheAppDown, &app, &SingleApplication::quitApp);
     manager.stopMerivon();
@@ -114,5 +115,6 @@ int main(int argc, char** argv)
     StandardOutput::prepare();
     qInstallMessageHandler(myMessageHandler);
     Logger::getLogDevMessages();
-    endProcess(runUpdater(argc, argv));
+    CommandLine::choosePlatform(argc, argv);
+    ProcessEnd::now(runUpdater(argc, argv));
 }

@@ -4,7 +4,6 @@
 
 #include <QDebug>
 
-#include <exception>
 #include <list>
 #include <mutex>
 #include <system_error>
@@ -30,11 +29,10 @@ struct Registry
 using Lock = std::lock_guard<std::recursive_mutex>;
 using JobPosition = std::list<Job>::iterator;
 
-// Never destroyed: the threads are detached and may outlive the static objects.
 Registry& registry()
 {
-    static auto* const instance = new Registry;
-    return *instance;
+    static Registry instance;
+    return instance;
 }
 
 JobPosition enter(Job job)
@@ -56,25 +54,6 @@ void tellEnd(const Job& job, const QString& result)
         emit job.owner->endLaunch(result);
 }
 
-QString failure(const Job& job, const char* reason)
-{
-    qDebug() << "launch:" << job.command << reason;
-    return QStringLiteral("Error: ") + QString::fromLocal8Bit(reason);
-}
-
-// What goes wrong in a job, such as an output that exceeds the memory, ends the job as a failed one
-// and not the updater.
-QString resultOf(const Job& job)
-{
-    try {
-        return ScriptLauncher().launchProgram(job.command, job.args);
-    } catch (const std::exception& error) {
-        return failure(job, error.what());
-    } catch (...) {
-        return failure(job, "unknown exception");
-    }
-}
-
 } // namespace
 
 LaunchAsync::LaunchAsync(QObject* parent) : QObject(parent) { }
@@ -94,7 +73,7 @@ void LaunchAsync::launch(const QString& command, const QStringList& args) const
     const JobPosition job = enter({command, args, this});
     try {
         std::thread([job] {
-            tellEnd(*job, resultOf(*job));
+            tellEnd(*job, ScriptLauncher().launchProgram(job->command, job->args));
             leave(job);
         }).detach();
     } catch (const std::system_error& error) {
@@ -102,10 +81,4 @@ void LaunchAsync::launch(const QString& command, const QStringList& args) const
         leave(job);
         emit endLaunch(QStringLiteral("Error: no thread for ") + command);
     }
-}
-
-bool LaunchAsync::hasRunningJobs()
-{
-    const Lock lock(registry().mutex);
-    return !registry().jobs.empty();
 }

@@ -19,18 +19,14 @@ public:
     // and is never told of.
     Q_INVOKABLE void launch(const QString& command, const QStringList& args = {}) const;
 
-    // Whether any job of this process still runs. Its thread cannot be stopped, so a process that
-    // ends then must not run its static destructors. Any thread.
-    static bool hasRunningJobs();
-
 signals:
     // Emitted by launch itself, on the caller's thread.
     void beginLaunch() const;
 
     // Emitted on the job's thread when the program has ended: its standard output less the last
-    // byte. "Error: " and the reason when the job failed, as for want of memory; by launch itself
-    // when no thread could be had. It is emitted under the lock of all jobs, so a receiver is
-    // connected queued, or directly if it is short; never blocking-queued, as its thread may be
+    // byte, or "Error: " and the reason, as ScriptLauncher::launchProgram gives it; by launch
+    // itself when no thread could be had. It is emitted under the lock of all jobs, so a receiver
+    // is connected queued, or directly if it is short; never blocking-queued, as its thread may be
     // waiting for that lock.
     void endLaunch(const QString& result) const;
 };

@@ -2,43 +2,29 @@
 
 #include "database/PlatformFolders.h"
 #include "database/SystemMessage.h"
+#include "process/ChildProcess.h"
+#include "process/OutputFile.h"
+#include "process/OutputPipe.h"
+#include "process/ShellCommand.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
-#include <QProcess>
 #include <QThread>
 
-#include <csignal>
-#include <cstdlib>
+#include <cstring>
+#include <exception>
 
 namespace {
 
 constexpr int longWaitMs = 30000;
 constexpr int startWaitMs = 1000;
 constexpr int shortWaitMs = 10;
+constexpr int endWaitMs = 100; // for a script that has closed its output
 
 // What a log line holds of an output. All of it would be several times as long as the output: a
 // hundred megabytes of it stop the updater for seconds, and more exhausts a board's memory.
 constexpr int loggedBytes = 4096;
-
-// A program that goes on when the updater ends: a remote quit must not cut an install short. With
-// the updater the reader of its output is gone, and the signal for that, which is deadly again in
-// every child of QProcess, would end it at the next line that it prints.
-class LastingProcess : public QProcess
-{
-public:
-    // Output is left here only when it has exceeded the memory. QProcess reads more of it while it
-    // ends its program; a second want of memory would then end the updater.
-    ~LastingProcess() override
-    {
-        if (QProcess::bytesAvailable() > 0)
-            skip(QProcess::bytesAvailable());
-    }
-
-protected:
-    void setupChildProcess() override { std::signal(SIGPIPE, SIG_IGN); }
-};
 
 QString scriptsFolder()
 {
@@ -50,10 +36,23 @@ QString inScriptsFolder(const QString& program)
     return program.startsWith('/') ? program : scriptsFolder() + program;
 }
 
+QString detachingScript()
+{
+    return scriptsFolder() + QStringLiteral("start_detached_process.sh");
+}
+
 // What a program printed is text up to the first NUL: a C string, whatever its length.
 QString textOf(const QByteArray& output)
 {
-    return QString::fromUtf8(output.constData());
+    const auto size = static_cast<std::size_t>(output.size());
+    return QString::fromUtf8(output.constData(),
+                             static_cast<int>(strnlen(output.constData(), size)));
+}
+
+// Without a copy, as the output may be large.
+QByteArray lessLastByte(const QByteArray& output)
+{
+    return QByteArray::fromRawData(output.constData(), qMax(0, output.size() - 1));
 }
 
 void logOutput(const QByteArray& output)
@@ -111,6 +110,20 @@ void awaitEnd(QProcess& process)
     }
 }
 
+// What a script prints until it closes its output or ends; the latter, because a grandchild may
+// keep the output open for as long as it likes.
+QByteArray outputUntilClosed(QProcess& process, OutputPipe& pipe)
+{
+    QByteArray output;
+    bool ended = false;
+    bool open = true;
+    while (open && !ended) {
+        ended = process.waitForFinished(0) || hasEnded(process);
+        open = pipe.read(output, ended ? 0 : shortWaitMs);
+    }
+    return output;
+}
+
 // Waits for output to come in and takes it off the count of arrivals, which the pump raises too;
 // false once the program has ended and nothing is left. Waits for the end, since that alone is not
 // held up by a grandchild that prints without pause.
@@ -123,37 +136,11 @@ bool awaitOutput(QProcess& process, int& arrivals)
     return arrivals-- > 0;
 }
 
-} // namespace
-
-ScriptLauncher::ScriptLauncher(QObject* parent)
-    : QObject(parent), m_scriptProcess(new QProcess(this))
+QString outputOf(const QString& program, const QStringList& args)
 {
-}
-
-QString ScriptLauncher::launchScript(const QString& program, const QStringList& argList)
-{
-    const QString script = inScriptsFolder(program);
-    qDebug() << "launchScript:" << script << argList;
-    m_scriptProcess->start(script, argList);
-    if (!m_scriptProcess->waitForStarted(longWaitMs)) {
-        qDebug() << "there was an error starting script " << script
-                 << m_scriptProcess->errorString();
-        postStartFailure("Script Failed [%1]", script);
-        return QStringLiteral("there was an error starting script.");
-    }
-    m_scriptProcess->waitForFinished(-1);
-    QString text = textOf(m_scriptProcess->readAllStandardOutput());
-    m_scriptProcess->close();
-    // Kept: a character goes here and a byte in launchProgram, as the platform's scripts know it.
-    text.chop(1);
-    qDebug() << text;
-    return text;
-}
-
-QString ScriptLauncher::launchProgram(const QString& command, const QStringList& args)
-{
-    const QString program = inScriptsFolder(command);
-    LastingProcess process;
+    OutputFile file;
+    ChildProcess process;
+    process.setStandardOutputFile(file.path(), QIODevice::Append);
     process.start(program, args);
     qDebug() << "launch program"
              << "wait for started" << program << args;
@@ -162,14 +149,61 @@ QString ScriptLauncher::launchProgram(const QString& command, const QStringList&
              << "wait for finished";
     awaitEnd(process);
 
-    QByteArray output = process.readAllStandardOutput();
-    output.chop(1);
+    const QByteArray content = file.content();
+    const QByteArray output = lessLastByte(content);
     qDebug() << "launch program"
              << "finished";
     logOutput(output);
     qDebug() << process.error();
     qDebug() << process.errorString();
+    process.warnUnlessSuccessful();
     return textOf(output);
+}
+
+} // namespace
+
+ScriptLauncher::ScriptLauncher(QObject* parent)
+    : QObject(parent), m_scriptProcess(new ChildProcess(this))
+{
+}
+
+QString ScriptLauncher::launchScript(const QString& program, const QStringList& argList)
+{
+    const QString script = inScriptsFolder(program);
+    qDebug() << "launchScript:" << script << argList;
+    OutputPipe pipe;
+    m_scriptProcess->setStandardOutputFile(pipe.path());
+    m_scriptProcess->start(script, argList);
+    if (!m_scriptProcess->waitForStarted(longWaitMs)) {
+        qDebug() << "there was an error starting script " << script
+                 << m_scriptProcess->errorString();
+        postStartFailure("Script Failed [%1]", script);
+        return QStringLiteral("there was an error starting script.");
+    }
+    pipe.closeWriteEnd();
+    QString text = textOf(outputUntilClosed(*m_scriptProcess, pipe));
+    // Most scripts close their output by ending.
+    const bool endedByItself
+        = hasEnded(*m_scriptProcess) || m_scriptProcess->waitForFinished(endWaitMs);
+    m_scriptProcess->close();
+    // Kept: a character goes here and a byte in launchProgram, as the platform's scripts know it.
+    text.chop(1);
+    qDebug() << text;
+    if (endedByItself)
+        m_scriptProcess->warnUnlessSuccessful();
+    return text;
+}
+
+QString ScriptLauncher::launchProgram(const QString& command, const QStringList& args)
+{
+    const QString program = inScriptsFolder(command);
+    try {
+        return outputOf(program, args);
+    } catch (const std::exception& error) {
+        // Such as an output that exceeds the memory: it ends as a failed job, not as the updater.
+        qWarning() << "launch program" << program << error.what();
+        return QStringLiteral("Error: ") + QString::fromLocal8Bit(error.what());
+    }
 }
 
 QString ScriptLauncher::launchProgramWithDelay(const QString& command, const QStringList& arg,
@@ -189,8 +223,8 @@ void ScriptLauncher::launchDetachedProcess(const QString& command, QStringList a
     const QString program = command.startsWith('/') ? command : QDir::currentPath() + '/' + command;
     argList.prepend(program);
     qDebug() << "launchDetachedProcess:" << program << argList;
-    QProcess process;
-    process.start(scriptsFolder() + QStringLiteral("start_detached_process.sh"), argList);
+    ChildProcess process;
+    process.start(detachingScript(), argList);
     if (!process.waitForStarted(longWaitMs)) {
         qDebug() << "Failed to execute";
         postStartFailure("System Command Failed [%1]", program);
@@ -199,6 +233,18 @@ void ScriptLauncher::launchDetachedProcess(const QString& command, QStringList a
         qDebug() << "Failed to execute";
     process.waitForReadyRead(longWaitMs);
     process.readAllStandardOutput();
+    if (hasEnded(process))
+        process.warnUnlessSuccessful();
+}
+
+bool ScriptLauncher::startDetachedProcess(const QString& program, const QStringList& args)
+{
+    QProcess process;
+    process.setProgram(detachingScript());
+    process.setArguments(QStringList(program) + args);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    return process.startDetached();
 }
 
 QString ScriptLauncher::runScript(const QString& command, const QStringList& args)
@@ -206,7 +252,7 @@ QString ScriptLauncher::runScript(const QString& command, const QStringList& arg
     sleep(2);
     qDebug() << "arg::" << args;
     int arrivals = 0;
-    QProcess process;
+    ChildProcess process;
     connect(&process, &QProcess::readyReadStandardOutput, this, [&arrivals] { ++arrivals; });
     process.start(command, args);
     if (!process.waitForStarted(longWaitMs)) {
@@ -221,6 +267,7 @@ QString ScriptLauncher::runScript(const QString& command, const QStringList& arg
     emit loadCompleted(100, failed ? QStringLiteral("Error...") : QStringLiteral("Success..."));
     sleep(1);
     qDebug() << "last " << last.percent << " " << last.line;
+    process.warnUnlessSuccessful();
     return failed ? QStringLiteral("1") : QStringLiteral("0");
 }
 
@@ -239,7 +286,7 @@ ScriptLauncher::Progress ScriptLauncher::reportProgress(QProcess& process, int& 
 
 bool ScriptLauncher::systemCommand(const QString& command, const QStringList& argList)
 {
-    QProcess process;
+    ChildProcess process;
     process.start(command, argList);
     qDebug() << "systemCommand:" << command << argList;
     if (!process.waitForStarted(longWaitMs)) {
@@ -251,13 +298,16 @@ bool ScriptLauncher::systemCommand(const QString& command, const QStringList& ar
         qDebug() << "Failed to execute";
         return false;
     }
+    process.warnUnlessSuccessful();
     return true;
 }
 
 int ScriptLauncher::executeSystemCommand(const QString& command)
 {
     qDebug() << "executeSystemCommand:" << command;
-    return std::system(command.toUtf8().constData());
+    const int waitStatus = runInShell(command.toUtf8().constData());
+    warnUnlessSuccessful(command, waitStatus);
+    return waitStatus;
 }
 
 void ScriptLauncher::sleep(int sec)

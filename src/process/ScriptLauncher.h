@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QVariant>
 
+class ChildProcess;
 class QProcess;
 
 // The one place where the updater starts other programs: the platform's scripts, its control
@@ -14,7 +15,8 @@ class QProcess;
 // its caller; a launcher belongs to one thread. Where "script name" is said, a relative name is
 // looked for in the platform's scripts folder,
 // "/opt/Merivon/Versions/Merivon-current/ServiceUI/Scripts/". The system message of a failed start
-// has type Error.
+// has type Error. A program that ends with another status than 0 or by a signal is a warning in the
+// log. One that still runs when the updater ends goes on.
 class ScriptLauncher : public QObject
 {
     Q_OBJECT
@@ -23,15 +25,15 @@ public:
     explicit ScriptLauncher(QObject* parent = nullptr);
 
     // Runs a script (script name) and gives its output less the last character, usually the line
-    // end. Waits 30 s for the start and without limit until the script has ended, and pumps no
-    // events. When it does not start: "there was an error starting script.", a log line and a
-    // system message.
+    // end. Waits 30 s for the start and without limit until the script has closed its output or has
+    // ended, and pumps no events; a script that still runs 100 ms after closing it is killed. When
+    // it does not start: "there was an error starting script.", a log line and a system message.
     Q_INVOKABLE QString launchScript(const QString& program, const QStringList& argList = {});
 
     // Runs a program (script name) to its end, pumping events, and gives its output less the last
-    // byte; the log has the first 4096 bytes. There is no limit and no failure: when it cannot be
-    // started, this does not return. A program that still runs when the updater ends goes on, with
-    // SIGPIPE ignored.
+    // byte; the log has the first 4096 bytes. There is no limit: when it cannot be started, this
+    // does not return. What goes wrong here, such as an output that exceeds the memory, gives
+    // "Error: " and the reason.
     Q_INVOKABLE QString launchProgram(const QString& command, const QStringList& args = {});
 
     // launchProgram after about `sec` seconds, with events pumped. A negative `sec` waits for days.
@@ -44,6 +46,10 @@ public:
     // start, its end and its output, and drops the output. A helper that does not start shows in
     // the log and as a system message, one that does not end in the log.
     Q_INVOKABLE void launchDetachedProcess(const QString& command, QStringList argList = {});
+
+    // The same for the end of the process, when nothing may be waited for, nor the log be used: for
+    // an absolute path, without a wait for the helper. False when that does not start. Any thread.
+    static bool startDetachedProcess(const QString& program, const QStringList& args);
 
     // Runs a script, found as a process finds it, that tells its progress a line at a time. Each
     // time output comes in, loadCompleted hands one line on: of lines that came in together, those
@@ -82,5 +88,5 @@ private:
     // counts up each time output comes in.
     Progress reportProgress(QProcess& process, int& arrivals);
 
-    QProcess* m_scriptProcess; // launchScript's, used again for every script
+    ChildProcess* m_scriptProcess; // launchScript's, used again for every script
 };

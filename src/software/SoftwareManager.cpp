@@ -7,6 +7,7 @@
 #include "config/Version.h"
 #include "database/PlatformFolders.h"
 #include "database/SystemMessage.h"
+#include "process/ProcessEnd.h"
 #include "process/ScriptLauncher.h"
 
 #include <QCoreApplication>
@@ -106,12 +107,17 @@ void SoftwareManager::stopMerivon()
 
 void SoftwareManager::startMerivon()
 {
+    ProcessEnd::setLastAction(nullptr);
     ScriptLauncher().launchDetachedProcess(controlCommand, {QStringLiteral("start")});
+    ProcessEnd::request();
     QCoreApplication::quit();
 }
 
 void SoftwareManager::quitAndStartMerivon()
 {
+    // Whoever ends the updater meanwhile: the platform has to run again.
+    ProcessEnd::setLastAction(
+        [] { ScriptLauncher::startDetachedProcess(controlCommand, {QStringLiteral("start")}); });
     QTimer::singleShot(500, this, &SoftwareManager::startMerivon);
 }
 

@@ -31,7 +31,7 @@ public:
     using QObject::QObject;
 
     // Runs startMerivon 500 milliseconds from now and returns at once, so that the scene can finish
-    // what it is drawing.
+    // what it is drawing. A process that is to end before starts the platform as its last action.
     Q_INVOKABLE void quitAndStartMerivon();
 
     // Records that the platform goes down (a system message with the model's name from the system

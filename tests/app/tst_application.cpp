@@ -1,10 +1,8 @@
 #include "Dispenser.h"
 #include "app/Application.h"
 #include "app/CommandLine.h"
-#include "app/ProcessEnd.h"
 #include "app/QtQuick2ApplicationViewer.h"
 #include "app/QtQuick2ApplicationViewerPrivate.h"
-#include "process/LaunchAsync.h"
 
 #include <QProcess>
 #include <QQuickItem>
@@ -18,14 +16,6 @@
 #include <stdexcept>
 
 namespace {
-
-int quitWithJob(Application& app)
-{
-    LaunchAsync launcher;
-    launcher.launch("/bin/sh", {"-c", "sleep 5; echo to nobody; touch /tmp/jobIsDone"});
-    QTimer::singleShot(300, &app, &SingleApplication::quitApp);
-    return QCoreApplication::exec();
-}
 
 QString adjustedBy(const QString& program, const QString& path)
 {
@@ -80,16 +70,6 @@ private slots:
         QVERIFY(!devMode({"--dev", "--DEV", "--device", "--update"}));
     }
 
-    void quittingWhileAJobRunsEndsWithStatusZeroAndLeavesTheJobToEnd()
-    {
-        QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), {"quitWithJob"});
-        QVERIFY(child.waitForFinished(4000)); // and does not wait for the job
-        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(child.exitCode(), 0);
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists("/tmp/jobIsDone"), 10000);
-    }
-
     void pathsAreLookedUpBesideTheProgramFolderFirst()
     {
         const QTemporaryDir home;
@@ -134,22 +114,17 @@ private slots:
     }
 };
 
-// Started with a word of its own, the program plays a part in one of the tests instead.
+// Started with the name of a QML file, the program tells where it is looked up.
 int main(int argc, char** argv)
 {
-    const QString word = QString::fromLocal8Bit(argc == 2 && *argv[1] != '-' ? argv[1] : "");
-    int status = 0;
-    {
-        Application app(argc, argv);
-        tst_application test;
-        if (word == QLatin1String("quitWithJob"))
-            status = quitWithJob(app);
-        else if (word.endsWith(QLatin1String(".qml")))
-            fputs(qPrintable(QtQuick2ApplicationViewerPrivate::adjustPath(word)), stdout);
-        else
-            status = Dispenser::isHere() ? QTest::qExec(&test, argc, argv) : 1;
+    const QString word = QString::fromLocal8Bit(argc == 2 ? argv[1] : "");
+    Application app(argc, argv);
+    if (word.endsWith(QLatin1String(".qml"))) {
+        fputs(qPrintable(QtQuick2ApplicationViewerPrivate::adjustPath(word)), stdout);
+        return 0;
     }
-    endProcess(status);
+    tst_application test;
+    return Dispenser::isHere() ? QTest::qExec(&test, argc, argv) : 1;
 }
 
 #include "tst_application.moc"

@@ -10,6 +10,7 @@
 #include <QThread>
 #include <QTimer>
 
+#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -26,6 +27,13 @@ QString progressOf(const char* body)
                          told += value.toString() + ' ' + status.toString();
                      });
     return launcher.runScript("/bin/sh", {"-c", body}).prepend(told + '|');
+}
+
+long peakMegabytes()
+{
+    rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
 }
 
 } // namespace
@@ -46,6 +54,7 @@ private slots:
                                          {"echo lost >&2; echo kept", "kept", "kept"},
                                          {"echo abc; kill -9 $$", "abc", "abc"},
                                          {"sleep 40 & echo abc", "abc", "abc"},
+                                         {"echo abc; echo def > /dev/stderr", "abc", "abc"},
                                          {R"(printf 'a\303\251')", "a\uFFFD", "a"},
                                          {R"(printf 'abc\000def\n')", "abc", "ab"}};
         const LogCapture log;
@@ -59,10 +68,55 @@ private slots:
         }
         QCOMPARE(launcher.launchProgram("/usr/bin/printf", {"%s|", "a b", "", "$(x)'\"*%1"}),
                  "a b||$(x)'\"*%1");
-        QVERIFY(clock.elapsed() < 20000); // a grandchild that keeps the output open delays nobody
-        const QString many = "head -c 100000000 /dev/zero | tr '\\0' x";
-        QCOMPARE(launcher.launchProgram("/bin/sh", {"-c", many}).count('x'), 99999999);
-        QCOMPARE(log.count("xx\" and bytes more: 99995903"), 1);
+        QCOMPARE(launcher.launchScript("/bin/sh", {"-c", "echo abc; exec >&-; sleep 40"}), "abc");
+        QVERIFY(clock.elapsed() < 20000); // nobody waits longer than for the output
+    }
+
+    void whatGoesWrongHereIsTheResult_data()
+    {
+        QTest::addColumn<int>("resource");
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("memory") << int(RLIMIT_AS) << 800000000 << "std::bad_alloc";
+        QTest::newRow("descriptors") << int(RLIMIT_NOFILE) << 1 << "no file for the output*";
+    }
+
+    void whatGoesWrongHereIsTheResult()
+    {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        QSKIP("a sanitizer's own memory has no such limit");
+#endif
+        QFETCH(int, resource);
+        QFETCH(int, limit);
+        QFETCH(QString, reason);
+        rlimit previous {};
+        getrlimit(resource, &previous);
+        const rlimit tight {static_cast<rlim_t>(limit), previous.rlim_max};
+        setrlimit(resource, &tight);
+        const QString result = ScriptLauncher().launchProgram(
+            "/bin/sh", {"-c", "head -c 400000000 /dev/zero | tr '\\0' x"});
+        setrlimit(resource, &previous);
+        QVERIFY2(
+            QRegExp("Error: " + reason, Qt::CaseSensitive, QRegExp::Wildcard).exactMatch(result),
+            qPrintable(result));
+    }
+
+    // What is not read costs nothing; what is read costs its size and that of the text.
+    void outputCostsNoMoreThanItsSize()
+    {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        QSKIP("a sanitizer's own memory is larger");
+#endif
+        const LogCapture log;
+        const long before = peakMegabytes();
+        const QString errors = "head -c 600000000 /dev/zero >&2";
+        QCOMPARE(ScriptLauncher().launchProgram("/bin/sh", {"-c", errors}), "");
+        QVERIFY(peakMegabytes() - before < 20);
+        const QString many = "head -c 50000000 /dev/zero | tr '\\0' x";
+        QCOMPARE(ScriptLauncher().launchProgram("/bin/sh", {"-c", many}).size(), 49999999);
+        QVERIFY2(peakMegabytes() - before < 50 + 100 + 20,
+                 qPrintable(QString::number(peakMegabytes() - before)));
+        QCOMPARE(log.count("xx\" and bytes more: 49995903"), 1);
     }
 
     void whatCannotStartIsReported()
@@ -136,6 +190,7 @@ private slots:
             run.join();
         for (std::size_t i = 0; i < told.size(); ++i)
             QCOMPARE(told[i], rows[i].second);
+        QCOMPARE(log.count("ended with status"), 3);
     }
 
     void whatASystemCommandAndAShellLineGive()
@@ -145,6 +200,34 @@ private slots:
         QVERIFY(launcher.systemCommand("sh", {"-c", "kill -9 $$"}));
         QCOMPARE(launcher.executeSystemCommand("test é = é && exit 3"), 3 * 256);
         QCOMPARE(launcher.executeSystemCommand("kill -9 $$"), 9);
+        // This process ignores SIGPIPE, as every one does that has used QProcess.
+        QCOMPARE(launcher.executeSystemCommand("exec 2> /tmp/errors; yes | head -n 1 > /dev/null"),
+                 0);
+        QCOMPARE(QFileInfo("/tmp/errors").size(), 0);
+    }
+
+    void aBadEndIsAWarningWithItsStatus()
+    {
+        struct Row
+        {
+            const char* body;
+            const char* warning;
+        };
+        const Row rows[] = {{"exit 3", "ended with status 3"},
+                            {"kill -9 $$", "was ended by signal 9"},
+                            {"exit 0", nullptr},
+                            {"exec >&-; sleep 0.01; exit 0", nullptr}};
+        for (const Row& row : rows) {
+            Dispenser::writeScript(Dispenser::scriptsFolder + "x.sh", row.body);
+            const QString script = Dispenser::scriptsFolder + "x.sh";
+            const LogCapture log;
+            ScriptLauncher launcher;
+            launcher.launchProgram("x.sh");
+            launcher.launchScript("x.sh");
+            launcher.systemCommand(script, {});
+            launcher.executeSystemCommand("exec " + script);
+            QCOMPARE(log.count(row.warning ? row.warning : " ended "), row.warning ? 4 : 0);
+        }
     }
 };
 
