@@ -59,12 +59,12 @@ no_message() { (($(brightness 16 $((height - 61))) > 30)); }
 full_message() { message && (($(brightness 16 60) < 7)); }
 bar() { message && ! full_message; }
 
-# A checksum of everything but the strip where the busy bar runs.
+# A checksum of everything but the strip where the busy bar runs and the time below it.
 look()
 {
     {
         head -c $((3 * width * (height / 2 + 12)))
-        head -c $((3 * width * 40)) > /dev/null
+        head -c $((3 * width * 100)) > /dev/null
         cat
     } < "$screen" | cksum
 }

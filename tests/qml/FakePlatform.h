@@ -4,9 +4,10 @@
 #include <QObject>
 #include <QStringList>
 #include <QVariant>
+#include <functional>
 
 // What the native side publishes to the scene, without a platform behind it: a test sets what it
-// finds and reads what the scene asked of it.
+// finds and reads what the scene asked of it. `meanwhile` is what happens while a call blocks.
 
 class FakeManager : public QObject
 {
@@ -17,10 +18,20 @@ public:
     QVariantList versions;
     QVariantList images;
     QStringList calls;
+    std::function<void()> meanwhile = [] {};
+    int reads = 0;
 
     Q_INVOKABLE bool mediaDeviceExist() { return media; }
-    Q_INVOKABLE QStringList findAvailableSoftware() { return packages; }
-    Q_INVOKABLE QVariantList getMerivonVersions() { return versions; }
+    Q_INVOKABLE QStringList findAvailableSoftware()
+    {
+        meanwhile();
+        return packages;
+    }
+    Q_INVOKABLE QVariantList getMerivonVersions()
+    {
+        ++reads;
+        return versions;
+    }
     Q_INVOKABLE QVariantList getMFVVersions() { return images; }
     Q_INVOKABLE QString currentVersions() { return QStringLiteral("1.03.00"); }
     Q_INVOKABLE QString getFileName(const QString& path) { return path.section('/', -1); }
@@ -28,7 +39,11 @@ public:
     {
         return {file.section('-', 1, -2), file.section('-', -1).chopped(7)};
     }
-    Q_INVOKABLE void importSoftwareFromFile(const QString& path) { calls << "importFile " + path; }
+    Q_INVOKABLE void importSoftwareFromFile(const QString& path)
+    {
+        calls << "importFile " + path;
+        meanwhile();
+    }
     Q_INVOKABLE void logImport(const QString& path) { calls << "logImport " + path; }
     Q_INVOKABLE void logInstall(const QString& version) { calls << "logInstall " + version; }
     Q_INVOKABLE void logDeleted(const QString& version) { calls << "logDeleted " + version; }
@@ -63,7 +78,12 @@ class FakeScriptLauncher : public QObject
     Q_OBJECT
 public:
     QStringList commands;
-    Q_INVOKABLE void executeSystemCommand(const QString& command) { commands << command; }
+    std::function<void()> meanwhile = [] {};
+    Q_INVOKABLE void executeSystemCommand(const QString& command)
+    {
+        commands << command;
+        meanwhile();
+    }
 };
 
 // The test ends a launch by emitting endLaunch itself.

@@ -8,7 +8,6 @@
 #include <QQmlEngine>
 #include <QQmlExpression>
 #include <QScreen>
-#include <QTest>
 
 namespace {
 
@@ -107,13 +106,38 @@ bool Stage::tap(const QQuickItem* item)
     if (!item)
         return false;
     QTest::qWait(30); // positioners place their items with the next frame
-    tap(item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+    tap(middle(item));
     return true;
+}
+
+QPoint Stage::middle(const QQuickItem* item)
+{
+    return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
 }
 
 void Stage::tap(const QPoint& point)
 {
     QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, point);
+}
+
+void Stage::queueTapsEverywhere()
+{
+    for (int y = 12; y < m_view->height(); y += 24) {
+        for (int x = 12; x < m_view->width(); x += 24) {
+            for (const auto what : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+                const auto held = what == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+                QCoreApplication::postEvent(
+                    m_view.get(),
+                    new QMouseEvent(what, {qreal(x), qreal(y)}, Qt::LeftButton, held, {}));
+            }
+        }
+    }
+}
+
+void Stage::tapEverywhere()
+{
+    queueTapsEverywhere();
+    QCoreApplication::sendPostedEvents(m_view.get());
 }
 
 FakeLaunchAsync* Stage::launcher(const QString& argument) const

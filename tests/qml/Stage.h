@@ -6,6 +6,7 @@
 #include <QQmlPropertyMap>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QTest>
 #include <memory>
 
 // The scene on a fake platform, as a technician sees and touches it.
@@ -39,6 +40,14 @@ public:
     bool tap(const QString& buttonText) { return tap(button(buttonText)); }
     bool tap(const QQuickItem* item);
     void tap(const QPoint& point);
+    // Presses and releases all over the screen. They come with the next events, as those that were
+    // made while the program stood still.
+    void queueTapsEverywhere();
+    void tapEverywhere();
+    // Fingers on the screen; what they do is done at the end of the statement.
+    QTest::QTouchEventSequence touch() const { return QTest::touchEvent(window(), m_finger); }
+    QWindow* window() const { return m_view.get(); }
+    static QPoint middle(const QQuickItem* item);
 
     // The launcher that was told to start a program with this argument.
     FakeLaunchAsync* launcher(const QString& argument) const;
@@ -46,5 +55,6 @@ public:
 
 private:
     QQmlPropertyMap m_config;
+    QTouchDevice* m_finger = QTest::createTouchDevice();
     std::unique_ptr<QQuickView> m_view;
 };

@@ -2,6 +2,7 @@
 #include "Stage.h"
 
 #include "process/ScriptLauncher.h"
+#include "software/FileHelper.h"
 
 #include <QApplication>
 #include <QRegularExpression>
@@ -57,14 +58,143 @@ private slots:
     {
         Stage stage;
         stage.open();
-        const auto* button = stage.button("Restart Merivon");
-        QVERIFY(stage.tap(button) && stage.tap(button));
-        QCOMPARE(stage.manager.calls, QStringList("quitAndStartMerivon"));
+        QVERIFY(stage.tap("Restart Merivon") && stage.tap("Restart Merivon"));
+        QVERIFY(stage.tap("Advanced Options") && !stage.button("Back"));
+        QCOMPARE(stage.manager.calls.size(), 1);
         stage.developing = true;
         stage.open();
-        QTest::ignoreMessage(QtDebugMsg, "DEV MODE - restart skipped");
-        QVERIFY(stage.tap("Restart Merivon"));
+        for (int i = 0; i < 2; ++i) {
+            QTest::ignoreMessage(QtDebugMsg, "DEV MODE - restart skipped");
+            QVERIFY(stage.tap("Restart Merivon"));
+        }
         QCOMPARE(stage.manager.calls.size(), 1);
+    }
+
+    // A double tap on "Back" is one.
+    void restartTakesNoTouchJustAfterAPanelHasGone()
+    {
+        Stage stage;
+        for (const auto* panel : {"Update Software", "Advanced Options"}) {
+            stage.open(UiConfig::TALVO, panel);
+            QVERIFY(stage.tap("Back") && stage.tap("Restart Merivon"));
+            QVERIFY(stage.manager.calls.isEmpty());
+        }
+        QTest::qWait(600);
+        QVERIFY(stage.tap("Restart Merivon"));
+        QCOMPARE(stage.manager.calls, QStringList("quitAndStartMerivon"));
+    }
+
+    void touchesOfATimeInWhichTheProgramStandsStillAreLost_data()
+    {
+        QTest::addColumn<QStringList>("taps");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("scan") << QStringList("Update Software") << package;
+        QTest::newRow("removal") << QStringList {"Advanced Options", "Remove", "Yes"}
+                                 << "Software Deleted";
+        QTest::newRow("import") << QStringList {"Advanced Options", "Import New Software"}
+                                << "File has been imported successfully!";
+    }
+
+    void touchesOfATimeInWhichTheProgramStandsStillAreLost()
+    {
+        QFETCH(QStringList, taps);
+        QFETCH(QString, after);
+        Stage stage;
+        stage.manager.packages << "/media/" + package;
+        stage.manager.versions = {"talvo-1"};
+        stage.manager.meanwhile = stage.scripts.meanwhile = [&stage] {
+            stage.queueTapsEverywhere();
+            QTest::qSleep(400); // what counts time must not take this for time after it
+        };
+        stage.open(UiConfig::TALVOGATEWAY, taps.takeFirst());
+        for (const auto& text : taps)
+            QVERIFY(stage.tap(text));
+        if (auto* dialog = stage.root()->findChild<FileHelper*>(); dialog && dialog->isVisible()) {
+            dialog->setVisible(false);
+            emit dialog->chooseFile("/media/" + package);
+        }
+        const int calls = stage.manager.calls.size();
+        QTRY_VERIFY(stage.shows(after));
+        QTest::qWait(300);
+        QVERIFY(stage.button("Back") && !stage.button("Yes") && !stage.launcher("/"));
+        QCOMPARE(stage.manager.calls.size(), calls);
+        if (after == package)
+            QVERIFY(!isInstallOn(stage) && stage.tap(package) && isInstallOn(stage));
+        QVERIFY(stage.tap("Back") && !stage.button("Back"));
+    }
+
+    void heldFingerChoosesNothingWhileAPackageIsInstalled()
+    {
+        Stage stage;
+        chooseSoftware(stage, package);
+        const auto entry = Stage::middle(stage.button(image));
+        const auto install = Stage::middle(stage.button("Install Software"));
+        auto* window = stage.window();
+        stage.touch().press(1, entry, window);
+        stage.touch().stationary(1).press(2, install, window);
+        stage.touch().stationary(1).release(2, install, window);
+        auto* launcher = stage.launcher("import");
+        QVERIFY(launcher);
+        stage.touch().release(1, entry, window);
+        QVERIFY(!isInstallOn(stage));
+        emit launcher->endLaunch("");
+        emit launcher->endLaunch("");
+        QVERIFY(stage.tap("Install Software"));
+        QCOMPARE(launcher->launched.count("/usr/local/bin/vemlo import /media/" + package), 2);
+    }
+
+    void messageOnTheWholeScreenLetsNothingThroughUntilItIsGone()
+    {
+        Stage stage;
+        stage.open(UiConfig::KRA, "Advanced Options");
+        QVERIFY(stage.tap(stage.visible("btnText", "Install").last()));
+        QTRY_VERIFY(!stage.visible("fullscreenWidth").isEmpty());
+        auto* launcher = stage.launcher("firmware update");
+        const auto* popUp = stage.visible("fullscreenWidth").last();
+        QVERIFY(launcher);
+        stage.tapEverywhere();
+        emit launcher->endLaunch("flashed");
+        QTRY_VERIFY(popUp->opacity() > 0.9);
+        QTRY_VERIFY(popUp->opacity() < 0.7); // fading out
+        stage.tapEverywhere(); // the close square, too
+        QVERIFY(popUp->isVisible() && stage.button("Back"));
+        stage.tapEverywhere();
+        QCOMPARE(launcher->launched.size(), 1);
+        QTRY_VERIFY(!popUp->isVisible());
+        QVERIFY(stage.tap("Back") && !stage.button("Back"));
+    }
+
+    void busyScreenNamesWhatIsWorkedOnAndCountsTheTime()
+    {
+        Stage stage;
+        chooseSoftware(stage, package);
+        const int inTheList = stage.visible("text", package).size();
+        QVERIFY(stage.tap("Install Software"));
+        QTRY_VERIFY(stage.shows("0:00") && stage.visible("text", package).size() > inTheList);
+        QTRY_VERIFY(stage.shows("0:01"));
+        emit stage.launcher("import")->endLaunch("");
+        emit stage.launcher("import")->endLaunch("");
+        QVERIFY(!stage.shows("0:01"));
+        stage.open(UiConfig::TALVO, "Update Software");
+        QCOMPARE(stage.visible("text", "Scanning, please wait...").size(), 1);
+    }
+
+    // The prescribed word does not look at the command's result.
+    void commandsOwnErrorStandsUnderTheWordOfSuccess()
+    {
+        Stage stage;
+        chooseSoftware(stage, image);
+        for (const auto* result : {"flashed", "x\nError: no answer\n"}) {
+            QVERIFY(stage.tap("Install Software"));
+            emit stage.launcher("firmware")->endLaunch(result);
+            QTRY_VERIFY(stage.shows("Firmware has been updated successfully!"));
+            QCOMPARE(stage.shows("Error: no answer"), *result == 'x');
+        }
+        QVERIFY(stage.tap(package) && stage.tap("Install Software"));
+        QVERIFY(!stage.shows("Error: no answer"));
+        emit stage.launcher("import")->endLaunch("Error: disk full");
+        emit stage.launcher("import")->endLaunch("");
+        QTRY_VERIFY(stage.shows("Error: disk full"));
     }
 
     void scanSaysWhatItFound()
@@ -146,6 +276,7 @@ private slots:
         Stage stage;
         stage.manager.versions = {"talvo-1", "talvo-2"};
         stage.open(UiConfig::TALVOGATEWAY, "Advanced Options");
+        QCOMPARE(stage.manager.reads, 1);
         QVERIFY(!stage.shows("MFV Version History"));
         QCOMPARE(stage.visible("scroll_width", 400).size(), 1);
         QVERIFY(!stage.visible("currentText", "talvo-2").isEmpty());
@@ -188,9 +319,9 @@ private slots:
         QTRY_VERIFY(launcher && stage.shows("Updating firmware (approx 4 min), please wait..."));
         emit launcher->endLaunch("flashed 12 KB");
         QVERIFY(stage.shows("flashed 12 KB"));
-        QVERIFY(stage.tap("Back") && !stage.button("Restart Merivon"));
-        QTest::qWait(1100);
-        QVERIFY(stage.tap("Back") && stage.button("Restart Merivon"));
+        QTest::qWait(900);
+        QVERIFY(stage.shows("flashed 12 KB"));
+        QTRY_VERIFY(!stage.shows("flashed 12 KB"));
     }
 
     void shellTakesAVersionsNameAsOneWord_data()

@@ -13,7 +13,7 @@ Widget_MenuPage {
 
     function importFile(path) {
         msgPopUp.showMessage("Importing, please wait...", 0, true, true);
-        manager.importSoftwareFromFile(path);
+        busy.hold(manager.getFileName(path), function() { manager.importSoftwareFromFile(path); });
         msgPopUp.hideMessage();
         msgPopUp.showMessage("File has been imported successfully!");
         controls.reload();

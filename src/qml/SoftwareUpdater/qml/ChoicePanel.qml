@@ -5,14 +5,32 @@ import "../../ServiceUI/qml/javascript/style.js" as STYLES
 
 // The first screen: where to go, or back to the platform.
 Widget_MenuPage {
+    id: choicePanel
+
+    property bool leftBefore: false
+
     function restart() {
         if (DEV_MODE) {
             console.log("DEV MODE - restart skipped");
             return;
         }
-        // The updater ends half a second later; a second touch must not start the platform twice.
+        // The updater ends half a second later.
+        busy.leave();
         restartButton.setStateDisabled();
         mainWindow.startMerivon();
+    }
+
+    onShowMenuChanged: {
+        if (!showMenu)
+            leftBefore = true;
+        else if (leftBefore)
+            doubleTap.restart();
+    }
+
+    // "Back" stood where "Restart Merivon" stands: its second tap must not end the updater.
+    Timer {
+        id: doubleTap
+        interval: 500
     }
 
     Row {
@@ -34,6 +52,7 @@ Widget_MenuPage {
 
     Widget_Vemlo_Button {
         id: restartButton
+        enabled: !doubleTap.running
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: STYLES.MENU_PADDING

@@ -69,38 +69,55 @@ Item {
             console.warn("nothing deleted,", reason);
             return;
         }
-        vemScriptLauncher.executeSystemCommand(VersionRemoval.command(version));
+        busy.hold(version, function() {
+            vemScriptLauncher.executeSystemCommand(VersionRemoval.command(version));
+        });
         msgPopUp.showMessage("Software Deleted");
         manager.logDeleted(version);
         reload();
     }
 
     function updateFirmware() {
-        var image = MERIVON_LOCATION_VERSIONS + "MerivonMFV_" + firmwareWheel.currentText + ".hex";
-        firmwareLauncher.launch("/usr/local/bin/vemlo", ["firmware", "update", image]);
+        firmwareLauncher.image = "MerivonMFV_" + firmwareWheel.currentText + ".hex";
+        firmwareLauncher.launch("/usr/local/bin/vemlo", [
+            "firmware", "update", MERIVON_LOCATION_VERSIONS + firmwareLauncher.image
+        ]);
     }
 
     implicitWidth: columns.width + 20
-    Component.onCompleted: reload()
+    // Made where it is not in sight, it reads when it comes into sight: once.
+    Component.onCompleted: if (visible) reload()
     // A version that was installed meanwhile is to be there.
     onVisibleChanged: visible ? reload() : removalQuestion.close()
 
     LaunchAsync {
         id: versionLauncher
         onBeginLaunch: {
+            busy.begin(controls.version);
             msgPopUp.showMessage("Installing Software, please wait...", 0, true, true);
             // The install replaces the database file. From here to its end nothing looks a text up.
             vemTranslations.lookUp("KeyCloseDatabase");
             manager.logInstall(controls.version);
         }
-        onEndLaunch: controls.endInstall(result)
+        onEndLaunch: {
+            busy.end();
+            controls.endInstall(result);
+        }
     }
 
     LaunchAsync {
         id: firmwareLauncher
-        onBeginLaunch: msgPopUp.showMessage("Updating firmware (approx 4 min), please wait...",
-                                            0, true, true)
-        onEndLaunch: msgPopUp.showMessage(result, 1000, true)
+
+        property string image: ""
+
+        onBeginLaunch: {
+            busy.begin(image);
+            msgPopUp.showMessage("Updating firmware (approx 4 min), please wait...", 0, true, true);
+        }
+        onEndLaunch: {
+            busy.end();
+            msgPopUp.showMessage(result, 1000, true);
+        }
     }
 
     Column {

@@ -40,6 +40,7 @@ Rectangle {
     MainPanel {
         id: mainPanel
         anchors.centerIn: parent
+        enabled: !busy.working
         width: Math.min(parent.width - 2 * STYLES.MENU_PADDING, 900)
         height: Math.min(parent.height - 3.5 * STYLES.MENU_PADDING, 500)
     }

@@ -3,6 +3,7 @@ import QtQuick.Templates 2.15 as T
 import MyLibrary 2.0
 import "../../Libs/VemloQT/qml"
 import "../../ServiceUI/qml"
+import "commandOutput.js" as CommandOutput
 
 // Finds the packages and firmware images on the media and installs the one that is chosen.
 Widget_MenuPage {
@@ -34,7 +35,10 @@ Widget_MenuPage {
         scanTimer.restart();
     }
 
-    function listMedia() {
+    // However long a slow stick takes: its touches are lost, so this panel stays in sight.
+    function listMedia() { busy.hold("", readMedia); }
+
+    function readMedia() {
         if (!manager.mediaDeviceExist()) {
             showStatus(noMediaText);
             return;
@@ -66,7 +70,10 @@ Widget_MenuPage {
         showCurrentVersion();
     }
 
-    function showBusy(text) { msgPopUp.showMessage(text, 0, true, true); }
+    function showBusy(text, name) {
+        busy.begin(name);
+        msgPopUp.showMessage(text, 0, true, true);
+    }
 
     function offerNextInstall() {
         installButton.setStateNormal();
@@ -94,16 +101,20 @@ Widget_MenuPage {
 
         property int stage: 0
         property string fileName: ""
+        property string importComplaint: ""
 
         function start(path, name) {
             manager.logImport(path);
+            importComplaint = "";
             stage = 0;
             fileName = name;
             launch("/usr/local/bin/vemlo", ["import", path]);
         }
 
-        // The import's result is not examined: of a failed import the install finds nothing.
-        function endImport() {
+        // The import's result decides nothing: of a failed import the install finds nothing. What
+        // the command said stands under the last word.
+        function endImport(result) {
+            importComplaint = CommandOutput.complaint(result);
             var nameVersion = manager.getNameVersion(fileName);
             var version = nameVersion[0] + "-" + nameVersion[1];
             console.log("version", version);
@@ -119,11 +130,13 @@ Widget_MenuPage {
             msgPopUp.hideMessage();
             if (result.indexOf("Error") !== -1) {
                 msgPopUp.showMessage("Software " + version + " is corrupted. Can not install.");
+                msgPopUp.showDetail(importComplaint);
                 // Kept: the manager has no such operation. The handler ends here with a script
                 // error, and the install button stays disabled until another entry is chosen.
                 manager.logInstallFailed(version);
             } else {
                 msgPopUp.showMessage(updatePanel.installedText);
+                msgPopUp.showDetail(importComplaint);
                 manager.logInstall(version);
             }
             updatePanel.offerNextInstall();
@@ -132,16 +145,25 @@ Widget_MenuPage {
 
         onBeginLaunch: {
             updatePanel.showBusy(stage === 0 ? updatePanel.importingText
-                                             : updatePanel.installingText);
+                                             : updatePanel.installingText, fileName);
         }
-        onEndLaunch: stage === 0 ? endImport() : endInstall(result)
+        onEndLaunch: {
+            busy.end();
+            if (stage === 0)
+                endImport(result);
+            else
+                endInstall(result);
+        }
     }
 
     LaunchAsync {
         id: firmwareLauncher
-        onBeginLaunch: updatePanel.showBusy(updatePanel.flashingText)
+        onBeginLaunch: updatePanel.showBusy(updatePanel.flashingText,
+                                            manager.getFileName(updatePanel.selectedPath))
         onEndLaunch: {
+            busy.end();
             msgPopUp.showMessage(updatePanel.flashedText);
+            msgPopUp.showDetail(CommandOutput.complaint(result));
             updatePanel.offerNextInstall();
         }
     }
@@ -193,6 +215,14 @@ Widget_MenuPage {
                 font.pixelSize: 16
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignHCenter
+            }
+
+            BusyBar {
+                anchors.top: statusText.bottom
+                anchors.topMargin: 20
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: Math.min(implicitWidth, parent.width - 40)
+                visible: statusText.visible && statusText.text === updatePanel.scanningText
             }
         }
 

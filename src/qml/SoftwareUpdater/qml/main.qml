@@ -1,7 +1,8 @@
 import QtQuick 2.15
 import "../../Libs/VemloQT/qml"
 
-// The root of the updater's scene. Panels reach `mainWindow` and `msgPopUp` by name.
+// The root of the updater's scene. Panels reach `mainWindow`, `msgPopUp` and `busy` by
+// name.
 MainWindow {
     id: mainWindow
 
@@ -22,5 +23,14 @@ MainWindow {
     Widget_PopUp {
         id: msgPopUp
         z: 1
+        busyName: busy.subject
+        busyTime: busy.time
+    }
+
+    Busy {
+        id: busy
+        anchors.fill: parent
+        covered: msgPopUp.covering
+        z: shut ? 2 : 0
     }
 }

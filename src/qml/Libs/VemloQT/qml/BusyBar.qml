@@ -5,8 +5,8 @@ import QtQuick 2.15
 Rectangle {
     id: bar
 
-    width: 400
-    height: 12
+    implicitWidth: 400
+    implicitHeight: 12
     color: "#FF3a3a3a"
     clip: true
 

@@ -8,6 +8,12 @@ Rectangle {
     property int duration: 750 // of a fade, in milliseconds
     property bool fullscreen: false
     property bool used: false
+    // Under the busy bar: what is worked on, and how long so far.
+    property string busyName: ""
+    property string busyTime: ""
+    // A message on the whole screen can be seen, while it fades too. The click blocker is released
+    // when it begins to fade, so who holds the pop-up decides what may be touched until it is gone.
+    readonly property bool covering: fullscreen && visible
     readonly property int fullscreenWidth: parent.width - 10
     readonly property int fullscreenHeight: parent.height - 10
 
@@ -18,6 +24,7 @@ Rectangle {
         popUp.duration = 1000;
         // No screen holds more, and a command can print megabytes.
         messageText.text = String(msg).slice(0, 4000);
+        detailText.text = "";
         visible = true;
         opacity = 1;
         place(Boolean(fullscreen));
@@ -25,6 +32,9 @@ Rectangle {
         busyBar.visible = Boolean(loadingAnimation);
         closeSquare.visible = popUp.fullscreen && !busyBar.visible;
     }
+
+    // Small, under the message in sight, until the next one; "" for nothing.
+    function showDetail(text) { detailText.text = text; }
 
     function hideMessage() {
         hideTimer.stop();
@@ -56,7 +66,7 @@ Rectangle {
     anchors.horizontalCenter: parent.horizontalCenter
     y: fullscreen ? (parent.height - height) / 2 : parent.height - 40 - height
     width: fullscreenWidth
-    height: !used ? 0 : fullscreen ? fullscreenHeight : messageText.height + 20
+    height: !used ? 0 : fullscreen ? fullscreenHeight : words.height + 20
     radius: 10
     color: "#DD000000"
     border.width: 2
@@ -86,37 +96,68 @@ Rectangle {
     }
 
     Rectangle {
-        anchors.centerIn: messageText
-        width: messageText.width + 10
-        height: messageText.height + 10
+        anchors.centerIn: words
+        width: words.width + 10
+        height: words.height + 10
         radius: 10
         color: "black"
     }
 
-    Text {
-        id: messageText
+    Column {
+        id: words
         anchors.centerIn: parent
-        width: Math.min(implicitWidth, popUp.width - 60)
-        textFormat: Text.PlainText
-        color: "white"
-        font.pointSize: 14
-        wrapMode: Text.Wrap
-        horizontalAlignment: Text.AlignHCenter
-        maximumLineCount: Math.max(1, Math.floor((popUp.parent.height - 140) / metrics.lineSpacing))
-        elide: Text.ElideRight
 
-        FontMetrics {
-            id: metrics
-            font: messageText.font
+        Text {
+            id: messageText
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, popUp.width - 60)
+            textFormat: Text.PlainText
+            color: "white"
+            font.pointSize: 14
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignHCenter
+            maximumLineCount: Math.max(1, Math.floor((popUp.parent.height - 140) / metrics.lineSpacing))
+            elide: Text.ElideRight
+
+            FontMetrics {
+                id: metrics
+                font: messageText.font
+            }
+        }
+
+        PopUpNote {
+            id: detailText
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, popUp.width - 60)
+            visible: text !== ""
         }
     }
 
     BusyBar {
         id: busyBar
-        anchors.top: messageText.bottom
+        anchors.top: words.bottom
         anchors.topMargin: 20
         anchors.horizontalCenter: parent.horizontalCenter
         visible: false
+    }
+
+    Column {
+        anchors.top: busyBar.bottom
+        anchors.topMargin: 12
+        anchors.horizontalCenter: parent.horizontalCenter
+        spacing: 4
+        visible: busyBar.visible
+
+        PopUpNote {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, popUp.width - 60)
+            text: popUp.busyName
+        }
+
+        PopUpNote {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: popUp.busyTime
+        }
     }
 
     Rectangle {

@@ -1,0 +1,78 @@
+import QtQuick 2.15
+
+// Whether the program is at work, on what and since when, and so whether a touch may act. Lies over
+// the whole scene and takes every finger while none may: nothing can be started then, and what is
+// touched in that time never acts on what is shown afterwards.
+//
+// The panels are disabled while `working`, which also takes away the presses that are under way.
+MultiPointTouchArea {
+    id: busy
+
+    // A program runs, a step holds the scene up, or the updater is about to end.
+    readonly property bool working: tasks > 0 || leaving
+    // The file or version worked on, as it is named, and how long so far, as "1:23".
+    property string subject: ""
+    readonly property string time: Math.floor(seconds / 60) + ":" + ("0" + seconds % 60).slice(-2)
+
+    // A message hides the panels. It lies above this then, as it may have something to tap.
+    property bool covered: false
+    // To everything, messages included.
+    readonly property bool shut: working || settling.running
+
+    property int tasks: 0
+    property bool leaving: false
+    property double startedAt: 0
+    property int seconds: 0
+
+    // Work that leaves the scene alive, until as many calls of end().
+    function begin(name) {
+        tasks += 1;
+        subject = name;
+        startedAt = Date.now();
+        seconds = 0;
+    }
+
+    function end() { tasks = Math.max(0, tasks - 1); }
+
+    // Does a step during which the scene may stand still. Touches are kept for later then, so they
+    // are taken on until those that were made meanwhile have come and the new screen is drawn.
+    function hold(name, step) {
+        begin(name);
+        try {
+            step();
+        } finally {
+            settling.turns = 0;
+            settling.restart();
+            end();
+        }
+    }
+
+    // The updater ends; no touch acts any more.
+    function leave() { leaving = true; }
+
+    enabled: shut || covered
+
+    // Of the animations' clock, which may go on by all the time it stood still at once: the first
+    // turn says nothing. Before the second one the event loop has read and delivered all input.
+    Timer {
+        id: settling
+
+        property int turns: 0
+
+        interval: 1
+        repeat: true
+        onTriggered: {
+            turns += 1;
+            if (turns === 2)
+                stop();
+        }
+    }
+
+    // The clock of the dispenser may be set while a program runs.
+    Timer {
+        interval: 1000
+        repeat: true
+        running: busy.tasks > 0
+        onTriggered: busy.seconds = Math.max(0, Math.round((Date.now() - busy.startedAt) / 1000))
+    }
+}
