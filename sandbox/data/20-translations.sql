@@ -54,6 +54,8 @@ INSERT INTO translations(key, english, french, german, spanish, used) VALUES
 ('Can not delete software version currently running', 'Can not delete software version currently running',
  'Impossible de supprimer la version en cours d''exécution',
  'Die laufende Version kann nicht gelöscht werden', 'No se puede eliminar la versión en ejecución', 0),
+('No new version was added', 'No new version was added', 'Aucune nouvelle version n''a été ajoutée',
+ 'Es ist keine neue Version hinzugekommen', 'No se ha añadido ninguna versión nueva', 0),
 ('Are you sure ?', 'Are you sure?', 'Êtes-vous sûr ?', 'Sind Sie sicher?', '¿Está seguro?', 0),
 ('Yes', 'Yes', 'Oui', 'Ja', 'Sí', 0),
 ('No', 'No', 'Non', 'Nein', 'No', 0);

@@ -117,6 +117,7 @@ private slots:
         QTRY_VERIFY(stage.shows(after));
         QTest::qWait(300);
         QVERIFY(stage.button("Back") && !stage.button("Yes") && !stage.launcher("/"));
+        QCOMPARE(stage.shows("No new version was added"), after.endsWith("imported successfully!"));
         QCOMPARE(stage.manager.calls.size(), calls);
         if (after == package)
             QVERIFY(!isInstallOn(stage) && stage.tap(package) && isInstallOn(stage));

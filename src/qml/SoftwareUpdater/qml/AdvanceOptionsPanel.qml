@@ -16,7 +16,11 @@ Widget_MenuPage {
         busy.hold(manager.getFileName(path), function() { manager.importSoftwareFromFile(path); });
         msgPopUp.hideMessage();
         msgPopUp.showMessage("File has been imported successfully!");
+        // Nobody tells how the import ended; the store shows whether it brought anything.
+        var before = controls.listed();
         controls.reload();
+        if (controls.listed() === before)
+            msgPopUp.showDetail(vemTranslations.lookUp("No new version was added"));
     }
 
     MainPanelControls {

@@ -52,8 +52,9 @@ MultiPointTouchArea {
 
     enabled: shut || covered
 
-    // Of the animations' clock, which may go on by all the time it stood still at once: the first
-    // turn says nothing. Before the second one the event loop has read and delivered all input.
+    // Counts turns of the animations' clock, not milliseconds: when it stood still, it goes on by all
+    // of that time at once. Up to the second turn the event loop reads and delivers all input that
+    // waits; a third one for the first frame, which may take a while itself.
     Timer {
         id: settling
 
@@ -63,7 +64,7 @@ MultiPointTouchArea {
         repeat: true
         onTriggered: {
             turns += 1;
-            if (turns === 2)
+            if (turns === 3)
                 stop();
         }
     }

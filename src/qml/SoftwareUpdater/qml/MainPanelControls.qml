@@ -21,6 +21,9 @@ Item {
         fill(firmwareWheel, images.length === 0 ? [""] : images);
     }
 
+    // All that the wheels offer, to be compared.
+    function listed() { return JSON.stringify([versionWheel.listText, firmwareWheel.listText]); }
+
     // Names sort with the newest last, so the last entry is the one to offer.
     function fill(wheel, texts) {
         wheel.listText = texts;
