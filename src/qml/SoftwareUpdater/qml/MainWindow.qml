@@ -19,7 +19,7 @@ Rectangle {
         // accents on capitals are not cut off.
         height: Math.min(titleMetrics.height, mainPanel.y - anchors.bottomMargin)
         fontSizeMode: Text.VerticalFit
-        minimumPixelSize: 12
+        minimumPixelSize: 13
         font.pixelSize: 36
         color: "white"
         textFormat: Text.PlainText
@@ -33,6 +33,8 @@ Rectangle {
     Image {
         anchors.centerIn: parent
         source: "file:///" + MERIVON_LOCATION_PICTURES_UI + "logo.png"
+        // Never larger than the window has room for.
+        sourceSize: Qt.size(parent.width / scale, parent.height / scale)
         opacity: 0.02
         scale: 1.7
     }

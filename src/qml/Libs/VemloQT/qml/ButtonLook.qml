@@ -16,6 +16,7 @@ Item {
 
     property url image: ""
     property bool showImage: false
+    property int imageFillMode: Image.PreserveAspectFit // not to distort other proportions
 
     property color faceColor: "transparent"
     property bool showGradient: true
@@ -32,6 +33,7 @@ Item {
     property int faceHeight: height - 18
     property int labelWidth: faceWidth - 4
     property int labelHeight: faceHeight - 4
+    readonly property int pictureExtent: Math.max(faceWidth, faceHeight)
 
     Rectangle {
         id: face
@@ -56,7 +58,9 @@ Item {
         source: look.image
         visible: look.showImage
         opacity: look.faceOpacity
-        fillMode: Image.PreserveAspectFit // a picture of other proportions is not to be distorted
+        fillMode: look.imageFillMode
+        // No larger than it is drawn, as far as its proportions allow.
+        sourceSize: Qt.size(look.pictureExtent, look.pictureExtent)
     }
 
     Text {

@@ -19,6 +19,8 @@ Item {
     property alias txtBtnObjBold: look.labelBold
     property alias alignVText: look.labelVerticalAlignment
     property alias textWrapMode: look.labelWrapMode
+    readonly property alias labelWidth: look.labelWidth
+    readonly property alias labelHeight: look.labelHeight
 
     signal pressed
     signal released
@@ -33,6 +35,7 @@ Item {
         anchors.fill: parent
         visible: !button.hidden
         showImage: true
+        imageFillMode: Image.Stretch
         faceOpacity: button.enabled ? 1 : 0.35
         labelColor: button.enabled ? button.txtBtnObjectColor : "white"
         framed: button.checked || touchArea.pressed
