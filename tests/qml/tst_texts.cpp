@@ -2,6 +2,8 @@
 #include "Stage.h"
 
 #include <QApplication>
+#include <QJSValue>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -32,11 +34,18 @@ const QQuickItem* layer(const QQuickItem* item)
     return nullptr;
 }
 
-// Nothing of the text is left out, and no clipping ancestor but a scrolled list cuts it off.
+double pixelSize(const QQuickItem* text)
+{
+    return text->property("fontInfo").value<QJSValue>().property("pixelSize").toNumber();
+}
+
+// Nothing of the text but the middle of a name is left out, and no clipping ancestor but a scrolled
+// list cuts it off.
 bool isWhole(const QQuickItem* text)
 {
     const auto rect = painted(text);
-    if (text->property("truncated").toBool() || rect.width() > text->width()
+    const bool isName = text->property("elide").toInt() == Qt::ElideMiddle;
+    if ((text->property("truncated").toBool() && !isName) || rect.width() > text->width()
         || rect.height() > text->height())
         return false;
     for (const auto* item = text; item; item = item->parentItem()) {
@@ -49,8 +58,31 @@ bool isWhole(const QQuickItem* text)
     return QRectF({}, text->window()->size()).contains(rect);
 }
 
-// Every text in sight is whole and apart from the others. SCENE_PICTURES names a folder for a
-// picture of each screen that is looked at.
+// Labels keep 2 pixels from the edge of their face, and those side by side have one size.
+void lookAtLabels(const Stage& stage, const QString& screen)
+{
+    QHash<qreal, double> sizes; // by the height that the faces stand at
+    const auto buttons = stage.visible("faceWidth");
+    for (const auto* button : buttons) {
+        const QSizeF face(button->property("faceWidth").toReal(),
+                          button->property("faceHeight").toReal());
+        const auto parts = button->childItems();
+        for (const auto* label : parts) {
+            const auto text = label->property("text").toString();
+            if (text.isEmpty())
+                continue;
+            const auto message = qPrintable(screen + ": " + text);
+            QVERIFY2(face.width() - label->property("contentWidth").toReal() >= 4, message);
+            QVERIFY2(face.height() - label->property("contentHeight").toReal() >= 4, message);
+            const auto y = button->mapToScene({}).y();
+            QVERIFY2(sizes.value(y, pixelSize(label)) == pixelSize(label), message);
+            sizes[y] = pixelSize(label);
+        }
+    }
+}
+
+// Every text in sight is whole, large enough and apart from the others. SCENE_PICTURES names a
+// folder for a picture of each screen that is looked at.
 void look(const Stage& stage, const QString& screen)
 {
     const bool takePictures = qEnvironmentVariableIsSet("SCENE_PICTURES");
@@ -58,16 +90,20 @@ void look(const Stage& stage, const QString& screen)
     const auto name = QString(QTest::currentDataTag()) + '-' + screen + ".png";
     if (takePictures)
         stage.save(qEnvironmentVariable("SCENE_PICTURES") + '/' + name);
-    const auto texts = stage.visible("contentWidth");
+    const auto texts = stage.visible("fontInfo");
     for (int i = 0; i < texts.size(); ++i) {
         const auto message = name + ": " + texts[i]->property("text").toString();
         QVERIFY2(isWhole(texts[i]), qPrintable(message));
+        const bool isButtons = texts[i]->parentItem()->property("faceWidth").isValid()
+            && !message.endsWith(".tar.gz");
+        QVERIFY2(pixelSize(texts[i]) >= (isButtons ? 11 : 13), qPrintable(message));
         for (int k = 0; k < i; ++k) {
             const bool apart = layer(texts[i]) != layer(texts[k])
                 || !painted(texts[i]).intersects(painted(texts[k]));
             QVERIFY2(apart, qPrintable(message + " | " + texts[k]->property("text").toString()));
         }
     }
+    lookAtLabels(stage, name);
 }
 
 } // namespace
@@ -96,6 +132,10 @@ private slots:
         for (const auto& row : rows)
             stage.translations.texts[row.section('|', 0, 0) + language] = row.section('|', 1);
         stage.translations.language = language;
+        // French typography: marks stay with their word, and no typewriter's apostrophe.
+        static const QRegularExpression typewritten(" [!?:»]|« |à jour|'");
+        for (const auto& each : qAsConst(stage.translations.texts))
+            QVERIFY2(language != "french" || !each.contains(typewritten), qPrintable(each));
         const auto text = [&](const QString& key) {
             return stage.translations.texts.value(key + language, "no text for " + key);
         };

@@ -7,6 +7,14 @@ Item {
 
     property FileHelper dialog
 
+    // Of an entry of the folder in sight. Asked for the rows in sight only: a folder can hold
+    // thousands, on a medium that takes its time. A browser that cannot tell gets no marks.
+    function kindOf(name) {
+        if (typeof dialog.isDir !== "function")
+            return "";
+        return dialog.isDir(dialog.currentPath + "/" + name) ? "folder" : "file";
+    }
+
     Rectangle {
         anchors.fill: parent
         anchors.margins: 4
@@ -24,9 +32,22 @@ Item {
         width: parent.width - 140
         height: parent.height - 34
         color: "transparent"
+        listItemHeight: 50 // it is touched with gloves
         listTitle: content.dialog.title
         listText: content.dialog.folderEntries
+        kindOf: content.kindOf
         currentListIndex: -1
+
+        // An empty folder has nothing to say, but is not to look like one that is still read.
+        EntryMark {
+            anchors.centerIn: parent
+            width: 96
+            height: 96
+            kind: "folder"
+            folderColor: "transparent"
+            lineColor: "#FFDDDDDD"
+            visible: list.listText.length === 0
+        }
 
         Connections {
             target: content.dialog
@@ -38,6 +59,13 @@ Item {
             if (!content.dialog.isFile)
                 content.dialog.selectionCleared();
         }
+    }
+
+    LabelSize {
+        id: labelSize
+        texts: [homeButton.text, chooseButton.text, closeButton.text]
+        room: homeButton.labelWidth
+        lineRoom: homeButton.labelHeight
     }
 
     Column {
@@ -56,8 +84,10 @@ Item {
         }
 
         Widget_Vemlo_Button2 {
+            id: homeButton
             shortButton: true
             enabled: !content.dialog.disableChangingDirectory
+            txtBtnObjPointSize: labelSize.pointSize
             text: qsTr("Home")
             onClicked: {
                 content.dialog.setOriginalPath();
@@ -66,18 +96,22 @@ Item {
         }
 
         Widget_Vemlo_Button2 {
+            id: chooseButton
             shortButton: true
             enabled: content.dialog.isFile
+            txtBtnObjPointSize: labelSize.pointSize
             text: content.dialog.chooseButtonName
             onClicked: content.dialog.choose()
         }
     }
 
     Widget_Vemlo_Button2 {
+        id: closeButton
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: 10
         shortButton: true
+        txtBtnObjPointSize: labelSize.pointSize
         text: qsTr("Close")
         onClicked: content.dialog.visible = false
     }

@@ -6,6 +6,7 @@ Rectangle {
 
     property alias text: label.text
     property bool selected: false
+    property alias kind: mark.kind
 
     signal clicked
 
@@ -29,17 +30,19 @@ Rectangle {
         GradientStop { position: 1.0; color: "#CCCCCC" }
     }
 
-    Text {
+    EntryMark {
+        id: mark
+        x: 4
+        anchors.verticalCenter: parent.verticalCenter
+    }
+
+    NameText {
         id: label
         anchors.fill: parent
         anchors.leftMargin: 20
-        anchors.rightMargin: 12
-        textFormat: Text.PlainText
+        anchors.rightMargin: 14 // clear of the scroll mark
         color: "black"
-        font.pixelSize: 15
-        fontSizeMode: Text.Fit
-        minimumPixelSize: 8
-        wrapMode: Text.Wrap
+        pointSize: 11
         verticalAlignment: Text.AlignVCenter
     }
 

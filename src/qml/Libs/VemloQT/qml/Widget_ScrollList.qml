@@ -8,14 +8,22 @@ Rectangle {
     property var listText: ["item 1"]
     property var listValues: [1]
     property int currentListIndex: 0
-    readonly property string currentListText: textAt(currentListIndex)
-    readonly property var currentListValue: valueAt(currentListIndex)
+    readonly property alias currentListText: selection.text
+    readonly property alias currentListValue: selection.value
     property int listItemHeight: 35
+    // Tells of a row's text what it names: "folder", "file" or "", which shows no mark.
+    property var kindOf: function(text) { return ""; }
 
     signal currentTextChanged(string text)
     signal currentValueChanged(var value)
     signal currentIndexChanged(var index)
     signal clicked
+
+    // Kept as they are until the index changes, whatever becomes of the rows meanwhile.
+    function takeSelection() {
+        selection.text = textAt(currentListIndex);
+        selection.value = valueAt(currentListIndex);
+    }
 
     function textAt(index) { return index >= 0 && index < listText.length ? listText[index] : ""; }
     function valueAt(index) {
@@ -50,11 +58,20 @@ Rectangle {
     border.width: 8
     border.color: "#FF444444"
     onCurrentListIndexChanged: {
+        takeSelection();
         if (currentListIndex === -1)
             return;
-        currentTextChanged(textAt(currentListIndex));
-        currentValueChanged(valueAt(currentListIndex));
+        currentTextChanged(currentListText);
+        currentValueChanged(currentListValue);
         currentIndexChanged(currentListIndex);
+    }
+    Component.onCompleted: takeSelection() // the rows may come after the index
+
+    QtObject {
+        id: selection
+
+        property string text
+        property var value: ""
     }
 
     ListView {
@@ -70,6 +87,7 @@ Rectangle {
             width: rows.width
             height: scrollList.listItemHeight
             text: modelData
+            kind: scrollList.kindOf(modelData)
             selected: index === scrollList.currentListIndex
             onClicked: {
                 scrollList.currentListIndex = index;
@@ -89,18 +107,16 @@ Rectangle {
             GradientStop { position: 1.0; color: "#CCCCCC" }
         }
 
-        Text {
+        NameText {
             anchors.fill: parent
             anchors.leftMargin: 10
             anchors.rightMargin: 10
             text: scrollList.listTitle
-            textFormat: Text.PlainText
             color: "#FF333333"
-            font.pixelSize: 16
+            pointSize: 12
             font.bold: true
-            fontSizeMode: Text.Fit
-            minimumPixelSize: 8
-            elide: Text.ElideLeft
+            wrapMode: Text.NoWrap
+            elide: Text.ElideLeft // of a path the end tells where one is
             verticalAlignment: Text.AlignVCenter
         }
     }
@@ -128,7 +144,7 @@ Rectangle {
     }
 
     ScrollMark {
-        anchors.rightMargin: scrollList.border.width + 2
+        anchors.rightMargin: scrollList.border.width + 1
         flickable: rows
     }
 }

@@ -20,11 +20,11 @@ T.RadioButton {
     property color colCyan: "#00AEEF"
     property color selectColor: "#00AEEF"
     property real defOpacity: 0.35
-    property alias txtBtnObjectColor: look.labelColor
-    property alias txtBtnObjPointSize: look.labelPointSize
-    property alias txtBtnObjBold: look.labelBold
-    property alias alignVText: look.labelVerticalAlignment
-    property alias textWrapMode: look.labelWrapMode
+    property alias txtBtnObjectColor: label.color
+    property alias txtBtnObjPointSize: label.pointSize
+    property alias txtBtnObjBold: label.font.bold
+    property alias alignVText: label.verticalAlignment
+    property alias textWrapMode: label.wrapMode
 
     readonly property bool imageTop: imgBtnSource !== ""
     readonly property bool textBtn: btnText !== ""
@@ -37,8 +37,7 @@ T.RadioButton {
     ButtonLook {
         id: look
         anchors.fill: parent
-        label: control.btnText
-        showLabel: control.textBtn
+        showLabel: false
         image: control.imgBtnSource
         showImage: control.imageTop
         showGradient: false
@@ -47,5 +46,18 @@ T.RadioButton {
         framed: control.checked
         pressed: control.down
         pressedOpacity: control.defOpacity
+    }
+
+    // Choices are named by what is found, not by us.
+    NameText {
+        id: label
+        anchors.centerIn: parent
+        width: look.labelWidth
+        height: look.labelHeight
+        text: control.btnText
+        color: "#FF333333"
+        font.bold: true
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
     }
 }
