@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// Steps a scroll wheel by one entry.
+// Steps a scroll wheel by one entry, and by more as long as it is held.
 Rectangle {
     id: button
 
@@ -30,7 +30,23 @@ Rectangle {
 
     MouseArea {
         id: mouse
+
+        property bool held: false
+
+        // Larger than what is drawn: it is touched with gloves.
         anchors.fill: parent
+        anchors.margins: -13
+        pressAndHoldInterval: 500
+        onPressed: held = false
+        onPressAndHold: held = true
         onClicked: button.stepped()
+    }
+
+    Timer {
+        interval: 200
+        repeat: true
+        triggeredOnStart: true
+        running: mouse.pressed && mouse.held
+        onTriggered: button.stepped()
     }
 }

@@ -181,6 +181,7 @@ Rectangle {
 
         MouseArea {
             anchors.fill: parent
+            anchors.margins: -10 // it is touched with gloves
             onClicked: {
                 popUp.duration = 100;
                 popUp.hideMessage();

@@ -45,8 +45,20 @@ Item {
         return index < 0 ? last : index > last ? 0 : index;
     }
 
+    // Only a step that is seen to be made turns the wheel. Otherwise it shows its entry at once: what
+    // spins by could be taken for what is chosen.
+    function step(by) {
+        view.highlightMoveDuration = 200;
+        setCurrentIndex(currentIndex + by);
+        view.highlightMoveDuration = 0;
+    }
+
     // The view falls back to an index of its own when its model changes.
-    function turnView() { view.currentIndex = Math.max(0, currentIndex); }
+    function turnView() {
+        view.currentIndex = Math.max(0, currentIndex);
+        if (view.highlightMoveDuration === 0 && view.count > 0)
+            view.offset = (view.count - view.currentIndex) % view.count;
+    }
 
     x: xLocation
     y: yLocation
@@ -91,6 +103,7 @@ Item {
         preferredHighlightBegin: 0.5
         preferredHighlightEnd: 0.5
         highlightRangeMode: PathView.StrictlyEnforceRange
+        highlightMoveDuration: 0
         onModelChanged: wheel.turnView()
 
         path: Path {
@@ -118,19 +131,15 @@ Item {
             PathAttribute { name: "entryOpacity"; value: 0 }
         }
 
-        delegate: Text {
+        delegate: NameText {
             width: view.width - 10
             height: 66
             // Not there until the entry comes onto the path.
             scale: PathView.entryScale || 0
             opacity: PathView.entryOpacity || 0
             text: modelData
-            textFormat: Text.PlainText
             color: "#FF333333"
-            font.pointSize: wheel.scroll_font_pointsize
-            fontSizeMode: Text.Fit
-            minimumPointSize: 6
-            wrapMode: Text.Wrap
+            pointSize: wheel.scroll_font_pointsize
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
         }
@@ -146,7 +155,7 @@ Item {
         anchors.topMargin: 33
         sign: "+"
         gradient: wheel.buttonGradient
-        onStepped: wheel.setCurrentIndex(wheel.currentIndex - 1)
+        onStepped: wheel.step(-1)
     }
 
     WheelButton {
@@ -154,6 +163,6 @@ Item {
         anchors.bottomMargin: 33
         sign: "-"
         gradient: wheel.buttonGradient
-        onStepped: wheel.setCurrentIndex(wheel.currentIndex + 1)
+        onStepped: wheel.step(1)
     }
 }
