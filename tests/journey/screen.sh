@@ -19,9 +19,9 @@ layout()
     local list_width=$((panel_width / 2 - 30 < 400 ? panel_width / 2 - 30 : 400))
     local list=$((right - panel_width + 20 + list_width / 2)) list_top=$((top + 25))
     local beside_list=$((list + list_width / 2 + (panel_width - list_width - 40) / 2 + 10))
-    # Two wheels, where there is one for firmware, leave the middle to make room for "Back".
-    local wheel=$middle columns=$middle
-    [[ $system != kra ]] || columns=$((right - 493)) wheel=$((right - 673))
+    # Beside the wheel for firmware, where there is one, the other leaves the middle.
+    local wheel=$middle
+    [[ $system != kra ]] || wheel=$((middle - 180))
 
     control=(
         ["update"]="$((middle - 66)) $centre" ["advanced"]="$((middle + 66)) $centre"
@@ -29,9 +29,9 @@ layout()
         ["first entry"]="$list $((list_top + 48))" ["third entry"]="$list $((list_top + 248))"
         ["install"]="$beside_list $((centre - 15))" ["back"]="$beside_list $((centre + 79))"
         ["wheel up"]="$wheel $((centre - 104))" ["wheel install"]="$((wheel - 54)) $((centre + 78))"
-        ["wheel remove"]="$((wheel + 54)) $((centre + 78))" ["yes"]="$columns $((top + 174))"
-        ["firmware install"]="$((right - 313)) $((centre + 78))" ["file"]="$columns $((centre + 150))"
-        ["first row"]="$middle $((top + 76))" ["import"]="$((right - 64)) $((top + 190))"
+        ["wheel remove"]="$((wheel + 54)) $((centre + 78))" ["yes"]="$middle $((top + 174))"
+        ["firmware install"]="$((middle + 180)) $((centre + 78))" ["file"]="$middle $((centre + 150))"
+        ["first row"]="$middle $((top + 83))" ["import"]="$((right - 64)) $((top + 190))"
     )
 }
 

@@ -7,10 +7,6 @@ import "../../ServiceUI/qml/javascript/style.js" as STYLES
 Widget_MenuPage {
     id: advancePanel
 
-    // What "Back" takes at the right edge; the controls stay beside it, so that their delete
-    // question leaves it free as the way out.
-    readonly property int backStrip: backButton.width + STYLES.MENU_PADDING
-
     function importFile(path) {
         msgPopUp.showMessage("Importing, please wait...", 0, true, true);
         busy.hold(manager.getFileName(path), function() { manager.importSoftwareFromFile(path); });
@@ -25,17 +21,13 @@ Widget_MenuPage {
 
     MainPanelControls {
         id: controls
-        // In the middle of the panel where that leaves room for "Back".
-        width: Math.max(implicitWidth, parent.width - 2 * advancePanel.backStrip)
-        anchors.top: parent.top
-        anchors.bottom: parent.bottom
+        anchors.fill: parent
         anchors.margins: 10
-        x: Math.min((parent.width - width) / 2, parent.width - advancePanel.backStrip - width)
         onImportRequested: fileDialog.show()
     }
 
+    // Above the controls: it is the way out of their delete question.
     Widget_Vemlo_Button {
-        id: backButton
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: STYLES.MENU_PADDING

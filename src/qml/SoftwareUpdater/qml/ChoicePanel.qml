@@ -33,18 +33,29 @@ Widget_MenuPage {
         interval: 500
     }
 
+    LabelSize {
+        id: labelSize
+        texts: [updateButton.btnText, advancedButton.btnText]
+        room: updateButton.textWidth
+        lineRoom: updateButton.textHeight
+    }
+
     Row {
         anchors.centerIn: parent
         spacing: STYLES.MENU_PADDING
 
         Widget_Vemlo_Button {
+            id: updateButton
             actionButton: true
+            txtBtnObjPointSize: labelSize.pointSize
             btnText: vemTranslations.lookUp("Update Software") + vemTranslations.languageBinder
             onButtonClicked: showUpdatePanel()
         }
 
         Widget_Vemlo_Button {
+            id: advancedButton
             actionButton: true
+            txtBtnObjPointSize: labelSize.pointSize
             btnText: vemTranslations.lookUp("Advanced Options") + vemTranslations.languageBinder
             onButtonClicked: showAdvanceOptionsPanel()
         }

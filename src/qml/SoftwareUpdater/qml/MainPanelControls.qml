@@ -11,6 +11,7 @@ Item {
 
     // Of the install or removal under way; the wheel may turn meanwhile.
     property string version: ""
+    readonly property bool hasFirmware: systemConfig.systemType === SystemType.KRA
 
     signal importRequested
 
@@ -87,7 +88,6 @@ Item {
         ]);
     }
 
-    implicitWidth: columns.width + 20
     // Made where it is not in sight, it reads when it comes into sight: once.
     Component.onCompleted: if (visible) reload()
     // A version that was installed meanwhile is to be there.
@@ -123,12 +123,28 @@ Item {
         }
     }
 
+    LabelSize {
+        id: headingSize
+        texts: controls.hasFirmware ? [versionHeading.text, firmwareHeading.text]
+                                    : [versionHeading.text]
+        room: versionWheel.width
+        largest: STYLES.ABS_H1_TEXT_SIZE
+        bold: false
+        wrapped: false
+    }
+
+    LabelSize {
+        id: labelSize
+        texts: [installButton.btnText, removeButton.btnText]
+        room: installButton.textWidth
+        lineRoom: installButton.textHeight
+    }
+
     Column {
         anchors.centerIn: parent
         spacing: 4
 
         Row {
-            id: columns
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: 20
 
@@ -136,12 +152,11 @@ Item {
                 spacing: 4
 
                 Text {
+                    id: versionHeading
                     width: versionWheel.width
                     text: vemTranslations.lookUp("Software Version History") + vemTranslations.languageBinder
                     color: "white"
-                    font.pointSize: STYLES.ABS_H1_TEXT_SIZE
-                    fontSizeMode: Text.HorizontalFit
-                    minimumPointSize: 8
+                    font.pointSize: headingSize.pointSize
                     horizontalAlignment: Text.AlignHCenter
                 }
 
@@ -154,13 +169,17 @@ Item {
                     anchors.horizontalCenter: parent.horizontalCenter
 
                     Widget_Vemlo_Button {
+                        id: installButton
                         actionButton: true
+                        txtBtnObjPointSize: labelSize.pointSize
                         btnText: vemTranslations.lookUp("Install") + vemTranslations.languageBinder
                         onButtonClicked: controls.installVersion()
                     }
 
                     Widget_Vemlo_Button {
+                        id: removeButton
                         actionButton: true
+                        txtBtnObjPointSize: labelSize.pointSize
                         btnText: vemTranslations.lookUp("Remove") + vemTranslations.languageBinder
                         onButtonClicked: controls.askToRemove()
                     }
@@ -169,15 +188,14 @@ Item {
 
             Column {
                 spacing: 4
-                visible: systemConfig.systemType === SystemType.KRA
+                visible: controls.hasFirmware
 
                 Text {
+                    id: firmwareHeading
                     width: firmwareWheel.width
                     text: vemTranslations.lookUp("MFV Version History") + vemTranslations.languageBinder
                     color: "white"
-                    font.pointSize: STYLES.ABS_H1_TEXT_SIZE
-                    fontSizeMode: Text.HorizontalFit
-                    minimumPointSize: 8
+                    font.pointSize: headingSize.pointSize
                     horizontalAlignment: Text.AlignHCenter
                 }
 
@@ -189,6 +207,7 @@ Item {
                 Widget_Vemlo_Button {
                     anchors.horizontalCenter: parent.horizontalCenter
                     actionButton: true
+                    txtBtnObjPointSize: labelSize.pointSize
                     btnText: vemTranslations.lookUp("Install") + vemTranslations.languageBinder
                     onButtonClicked: controls.updateFirmware()
                 }

@@ -50,12 +50,22 @@ Rectangle {
         width: 300
         height: 100
 
+        LabelSize {
+            id: labelSize
+            // Only when it is asked: few questions ever are.
+            texts: dialog.visible ? [dialog.yesButtonText, dialog.noButtonText] : []
+            room: yesButton.labelWidth
+            lineRoom: yesButton.labelHeight
+        }
+
         Row {
             anchors.centerIn: parent
             spacing: 12
 
             Widget_Vemlo_Button2 {
+                id: yesButton
                 shortButton: true
+                txtBtnObjPointSize: labelSize.pointSize
                 text: dialog.yesButtonText
                 visible: dialog.yesButtonVisible
                 onClicked: dialog.yes()
@@ -63,6 +73,7 @@ Rectangle {
 
             Widget_Vemlo_Button2 {
                 shortButton: true
+                txtBtnObjPointSize: labelSize.pointSize
                 text: dialog.noButtonText
                 visible: dialog.noButtonVisible
                 onClicked: dialog.no()
