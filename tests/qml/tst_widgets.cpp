@@ -2,8 +2,24 @@
 #include "Stage.h"
 
 #include <QApplication>
+#include <QJSValue>
 #include <QRegularExpression>
 #include <QTest>
+
+namespace {
+
+// In pixels, as drawn.
+double sizeOf(const Stage& stage, const QString& text)
+{
+    const auto items = stage.visible("text", text);
+    for (const auto* item : items) {
+        if (item->inherits("QQuickText"))
+            return item->property("fontInfo").value<QJSValue>().property("pixelSize").toNumber();
+    }
+    return 0;
+}
+
+} // namespace
 
 class WidgetsTest : public QObject
 {
@@ -55,6 +71,12 @@ private slots:
                    "Widget_Vemlo_Button2 { id: b; text: 'B'; onClicked: ++clicks } }");
         stage.js("b.checkable = true");
         QVERIFY(stage.tap("B") && stage.is("b.checked && clicks === 1"));
+        stage.js("b.source = 'file:///opt/Merivon/Pictures/ServiceUI/logo.png'");
+        const auto* picture = stage.visible("paintedWidth").first(); // of 400 x 300, stretched
+        QCOMPARE(QSizeF(picture->property("paintedWidth").toReal(),
+                        picture->property("paintedHeight").toReal()),
+                 QSizeF(90, 78));
+        QCOMPARE(picture->implicitWidth(), 90.0); // loaded no larger
         for (const auto* off : {"b.enabled = false", "b.enabled = true, b.hidden = true"}) {
             stage.js(off);
             QVERIFY(stage.tap("B") && stage.is("clicks === 1"));
@@ -73,7 +95,7 @@ private slots:
             return stage.is("touches");
         };
         const QPoint somewhere(400, 300);
-        const QPoint closeSquare(770, 25);
+        const QPoint closeSquare(747, 53); // within 25 pixels of its centre, as gloves touch it
         QVERIFY(stage.is("p.height === 0 && p.opacity === 0"));
         stage.js("p.showMessage('busy', 0, true, true)");
         QVERIFY(!touches({3, 3}) && !touches(closeSquare) && !touches(somewhere));
@@ -97,13 +119,13 @@ private slots:
         QTRY_VERIFY(touches(somewhere));
     }
 
-    void wheelWrapsAndBearsAnEmptyList()
+    void wheelWrapsRepeatsAndBearsAnEmptyList()
     {
         Stage stage;
         stage.open("Item { width: 300; height: 200; property int turns: 0\n"
                    "Widget_ScrollWheel { id: w; scroll_width: 300; onScrolled: ++turns } }");
-        const QPoint plus(150, 45);
-        const QPoint minus(150, 145);
+        const QPoint plus(127, 22); // within 25 pixels of the buttons' centres
+        const QPoint minus(173, 168);
         stage.tap(plus); // to the previous entry, from the first to the last
         QVERIFY(stage.is("w.currentText === 'items' && w.currentValue === 34 && turns === 1"));
         stage.tap(minus);
@@ -111,9 +133,18 @@ private slots:
         QVERIFY(stage.is("w.setCurrentValue('1'), w.currentIndex === 1 && turns === 2"));
         QVERIFY(stage.is("w.setCurrentValue(99), w.currentIndex === 0"));
         stage.js("w.listText = ['a', 'b', 'c', 'd', 'e', 'f', 'g']; w.setCurrentIndex(6)");
-        QTRY_VERIFY(stage.shows("g"));
+        QVERIFY(stage.shows("g") && !stage.shows("f") && !stage.shows("a")); // it does not spin
+
+        stage.js("turns = 0");
+        QTest::mousePress(stage.root()->window(), Qt::LeftButton, {}, minus);
+        QTRY_VERIFY(stage.is("turns > 3"));
+        QTest::mouseRelease(stage.root()->window(), Qt::LeftButton, {}, minus);
+        stage.js("turns = 0");
+        QTest::qWait(500);
+        QVERIFY(stage.is("turns === 0"));
+
         stage.js("w.listText = ['only']; w.setCurrentIndex(0)");
-        QTRY_VERIFY(stage.shows("only"));
+        QVERIFY(stage.shows("only"));
         stage.tap(plus);
         stage.tap(minus);
         QVERIFY(stage.is("w.currentText === 'only'"));
@@ -130,18 +161,86 @@ private slots:
         stage.open("Item { width: 300; height: 400; property var seen: []\n"
                    "Widget_ScrollList { id: l; listText: ['a', 'b', 'c']; listValues: [1, '1', 1]\n"
                    "  currentListIndex: -1\n"
-                   "  onCurrentTextChanged: seen.push('text ' + text)\n"
+                   "  onCurrentTextChanged: seen.push('text ' + text + currentListText)\n"
                    "  onCurrentValueChanged: seen.push('value ' + value)\n"
                    "  onCurrentIndexChanged: seen.push('index ' + index)\n"
                    "  onClicked: seen.push('clicked ' + currentListText) } }");
         QVERIFY(stage.tap("b"));
-        QCOMPARE(stage.js("seen.join()").toString(), QString("text b,value 1,index 1,clicked b"));
+        QCOMPARE(stage.js("seen.join()").toString(), QString("text bb,value 1,index 1,clicked b"));
+        QVERIFY(stage.is("l.listText = ['x', 'y', 'z'], l.currentListText === 'b'"));
         stage.js("seen = []; l.currentListIndex = -1");
         QVERIFY(stage.is("seen.length === 0 && l.getCurrentText() + l.getCurrentValue() === ''"));
         QVERIFY(stage.is("l.moveToValue(1), l.currentListIndex === 2"));
         QVERIFY(stage.is("l.moveToValue('1'), l.currentListIndex === 1"));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("ReferenceError"));
         stage.js("l.moveToText('a')");
+
+        stage.js("l.listText = Array(500).fill('r'); l.currentListIndex = 499; "
+                 "l.moveToCurrentSelection()");
+        const auto* track = stage.visible("flickable").first();
+        const auto* mark = track->childItems().first();
+        QVERIFY(mark->height() >= 25 && qFuzzyCompare(mark->y() + mark->height(), track->height()));
+    }
+
+    void longListIsMadeOfTheRowsInSightAndKeepsTheChoice()
+    {
+        Stage stage;
+        stage.open("Item { width: 400; height: 450; property string seen\n"
+                   "SoftwareList { id: l; anchors.fill: parent; onChosen: seen = path\n"
+                   "  paths: Array.from({ length: 20000 }, (each, i) => '/media/p' + i) } }");
+        auto* rows = stage.visible("cacheBuffer").first();
+        const auto checked = [&stage] {
+            QStringList names;
+            const auto buttons = stage.visible("checked", true);
+            for (const auto* each : buttons)
+                names << each->property("text").toString();
+            return names.join(' ');
+        };
+        QCOMPARE(rows->property("contentHeight").toInt(), 2000000);
+        QVERIFY(stage.tap("p1") && stage.is("seen === '/media/p1'"));
+        rows->setProperty("contentY", 500000);
+        QTRY_VERIFY(stage.button("p5001") && !stage.button("p1"));
+        QVERIFY(checked().isEmpty() && stage.visible("radioButtonText").size() < 20);
+        rows->setProperty("contentY", 0);
+        QTRY_COMPARE(checked(), QString("p1"));
+        QVERIFY(stage.tap("p2"));
+        QCOMPARE(checked(), QString("p2"));
+        stage.js("l.paths = l.paths.slice(1)");
+        QTRY_VERIFY(stage.button("p3") && checked().isEmpty());
+    }
+
+    void fileDialogTellsFoldersFromFiles()
+    {
+        Dispenser::writeFile("/tmp/files/b.hex", {});
+        QVERIFY(QDir().mkpath("/tmp/files/a"));
+        Stage stage;
+        stage.open(
+            "Item { width: 800; height: 480\n"
+            "Widget_FileDialog { id: d; filterNames: ['*.hex']; currentPath: '/tmp/files' } }");
+        stage.js("d.show()");
+        QCOMPARE(stage.button("a")->property("kind").toString(), QString("folder"));
+        QCOMPARE(stage.button("b.hex")->property("kind").toString(), QString("file"));
+        QVERIFY(stage.button("a")->height() >= 50); // for gloves
+        QVERIFY(stage.tap("a"));
+        QTRY_COMPARE(stage.visible("kind").size(), 1); // of an empty folder the outline
+    }
+
+    void labelsSideBySideHaveTheSizeOfTheSmallest()
+    {
+        Stage stage;
+        stage.translations.texts = {{"Advanced Options", "Konfigurationen"},
+                                    {"Remove", "Herausnehmen"},
+                                    {"MFV Version History", QString(30, 'M')}};
+        const auto areOfOneSize = [&stage](const QString& text, const QString& other) {
+            return stage.shows(text) && sizeOf(stage, text) == sizeOf(stage, other);
+        };
+        stage.type = UiConfig::KRA;
+        stage.open();
+        QVERIFY(areOfOneSize("Update Software", "Konfigurationen"));
+        QVERIFY(stage.tap("Konfigurationen"));
+        QVERIFY(areOfOneSize("Install", "Herausnehmen"));
+        QVERIFY(areOfOneSize("Software Version History", QString(30, 'M')));
+        QVERIFY(sizeOf(stage, "Install") < sizeOf(stage, "Back"));
     }
 
     void questionClosesOnItsAnswerAndTakesAllTouches()

@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 import MyLibrary 2.0
 import "../../Libs/VemloQT/qml"
 import "../../ServiceUI/qml"
@@ -168,43 +167,19 @@ Widget_MenuPage {
         }
     }
 
-    T.ButtonGroup { id: softwareGroup }
-
     Item {
         id: row
         anchors.fill: parent
         anchors.margins: 20
 
-        Widget_Container {
+        SoftwareList {
             id: listBox
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(row.width / 2 - 10, 400)
             height: Math.min(row.height - 10, 450)
 
-            Flickable {
-                id: listView
-                anchors.fill: parent
-                contentHeight: 100 * updatePanel.softwareListModel.length
-                boundsBehavior: Flickable.StopAtBounds
-
-                Column {
-                    spacing: 4
-
-                    Repeater {
-                        model: updatePanel.softwareListModel
-
-                        Widget_Vemlo_RadioButton {
-                            T.ButtonGroup.group: softwareGroup
-                            width: listBox.width
-                            radioButtonText: manager.getFileName(modelData)
-                            textWrapMode: Text.Wrap
-                            onClicked: updatePanel.choose(modelData)
-                        }
-                    }
-                }
-            }
-
-            ScrollMark { flickable: listView }
+            paths: updatePanel.softwareListModel
+            onChosen: updatePanel.choose(path)
 
             Text {
                 id: statusText
