@@ -22,6 +22,7 @@ Figures launchFigures(); // waiting for other programs, against one core
 Figures stallFigures(); // the event loop during an import, against 50 ms
 Figures scanFigures(); // frames during the scan of a slow folder, against 100 ms
 Figures screenFigures(); // opening the advanced screen, against the update screen
+Figures listFigures(); // memory with many packages listed, against none
 
 // What figures have a process of its own measure, once in each.
 
@@ -31,3 +32,5 @@ double secondsToOpen(const char* function);
 // The longest time between two frames, with the busy bar on the screen, while a folder, slowed down
 // by the library slow_folder, is scanned as a part of its medium.
 double longestGapOfScan(const char* folder);
+// The peak memory in KiB of a scene whose update screen has listed that many packages, a number.
+double kibibytesToList(const char* packages);

@@ -3,6 +3,7 @@
 #include "Measure.h"
 
 #include <fcntl.h>
+#include <fstream>
 #include <spawn.h>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -57,4 +58,15 @@ double secondsOfProgram(const std::vector<std::string>& command,
     if (status != 0)
         throw std::runtime_error(command.front() + " failed");
     return seconds;
+}
+
+double peakKibibytes(pid_t process)
+{
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string word; status >> word;) {
+        double kibibytes = 0;
+        if (word == "VmHWM:" && status >> kibibytes)
+            return kibibytes;
+    }
+    throw std::runtime_error("the peak memory cannot be read");
 }

@@ -1,5 +1,6 @@
 #include "Figures.h"
 #include "Measure.h"
+#include "Program.h"
 #include "Scene.h"
 #include "process/LaunchAsync.h"
 
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace {
 
@@ -105,17 +107,18 @@ void addVersions(int count)
     }
 }
 
-// In a process of its own each time: what a screen is made of is made when it is opened first.
-double secondsToFirstFrame(const QString& function)
+// In a process of its own each time: what a screen is made of is made when it is opened first, and
+// memory that was used once counts for ever.
+double measuredApart(const QString& what, const QString& argument)
 {
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {"open", function});
+    process.start(QCoreApplication::applicationFilePath(), {what, argument});
     process.waitForFinished();
     bool measured = false;
-    const double seconds = process.readAllStandardOutput().toDouble(&measured);
+    const double value = process.readAllStandardOutput().toDouble(&measured);
     if (!measured)
-        throw std::runtime_error("not opened: " + function.toStdString());
-    return seconds;
+        throw std::runtime_error("not measured: " + what.toStdString());
+    return value;
 }
 
 } // namespace
@@ -134,9 +137,18 @@ Figures screenFigures()
     addVersions(28);
     return {{"advanced-screen",
              Measure::medianRatio(
-                 12, [] { return secondsToFirstFrame("showAdvanceOptionsPanel"); },
-                 [] { return secondsToFirstFrame("showUpdatePanel"); }),
+                 12, [] { return measuredApart("open", "showAdvanceOptionsPanel"); },
+                 [] { return measuredApart("open", "showUpdatePanel"); }),
              3.0}};
+}
+
+Figures listFigures()
+{
+    return {{"list-memory",
+             Measure::medianRatio(
+                 5, [] { return measuredApart("list", "20000"); },
+                 [] { return measuredApart("list", "0"); }),
+             1.3}};
 }
 
 double secondsToOpen(const char* function)
@@ -149,4 +161,18 @@ double secondsToOpen(const char* function)
         while (!shown)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     });
+}
+
+double kibibytesToList(const char* packages)
+{
+    Scene scene;
+    scene.call("showUpdatePanel");
+    Scene::runFor(std::chrono::seconds(2)); // the screen's own scan is over
+    QStringList paths;
+    const int count = QByteArray(packages).toInt();
+    for (int i = 0; i < count; ++i)
+        paths << QStringLiteral("/media/technician/STICK/updates/quillmark-kra-1.%1.tar.gz").arg(i);
+    scene.itemWith("listMedia").setProperty("softwareListModel", paths);
+    Scene::runFor(std::chrono::seconds(1));
+    return peakKibibytes(getpid());
 }

@@ -1,7 +1,7 @@
 #include "Figures.h"
 #include "Measure.h"
+#include "Program.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QThread>
 
@@ -43,18 +43,6 @@ public:
                 throw std::runtime_error("no frame of " + program().toStdString());
         }
     }
-
-    double peakKibibytes() const
-    {
-        QFile status(QStringLiteral("/proc/%1/status").arg(processId()));
-        status.open(QIODevice::ReadOnly);
-        const QList<QByteArray> lines = status.readAll().split('\n');
-        for (const QByteArray& line : lines) {
-            if (line.startsWith("VmHWM:"))
-                return line.mid(6).chopped(2).trimmed().toDouble();
-        }
-        throw std::runtime_error("the peak memory cannot be read");
-    }
 };
 
 double secondsToFirstFrame(const QString& program)
@@ -70,7 +58,7 @@ double peakAtFirstFrame(const QString& program)
 {
     Start start(program);
     start.awaitFirstFrame();
-    return start.peakKibibytes();
+    return peakKibibytes(static_cast<pid_t>(start.processId()));
 }
 
 } // namespace

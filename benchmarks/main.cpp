@@ -16,12 +16,13 @@ namespace {
 const std::map<std::string, Figures (*)()> themes {
     {"start", startFigures},    {"database", databaseFigures}, {"files", fileFigures},
     {"launch", launchFigures},  {"stall", stallFigures},       {"scan", scanFigures},
-    {"screens", screenFigures},
+    {"screens", screenFigures}, {"list", listFigures},
 };
 
 const std::map<std::string, double (*)(const char*)> measurements {
     {"open", secondsToOpen},
     {"scan", longestGapOfScan},
+    {"list", kibibytesToList},
 };
 
 // Everything that is measured logs as it does on the device, to where nobody reads it. Gives the
@@ -59,7 +60,7 @@ int run(const std::string& name, const char* argument, int output)
 } // namespace
 
 // updater_bench THEME: prints the theme's figures. Exit status 1 when one is over its limit, 2 when
-// one cannot be measured. updater_bench MEASUREMENT ARGUMENT: prints the seconds of one of those
+// one cannot be measured. updater_bench MEASUREMENT ARGUMENT: prints the figure of one of those
 // that have a process of their own.
 int main(int argc, char** argv)
 {

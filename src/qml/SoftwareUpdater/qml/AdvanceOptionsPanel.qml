@@ -16,7 +16,7 @@ Widget_MenuPage {
         var before = controls.listed();
         controls.reload();
         if (controls.listed() === before)
-            msgPopUp.showDetail(vemTranslations.lookUp("No new version was added"));
+            msgPopUp.showDetail("No new version was added");
     }
 
     MainPanelControls {
