@@ -6,7 +6,7 @@
 // members, then `size` bytes, which are the path (Open, Unlink) or the data (Write).
 struct Event
 {
-    enum Kind : std::int32_t { Open, Write, Truncate, Sync, Close, Unlink };
+    enum Kind : std::int32_t { Open, Write, Truncate, Sync, Unlink };
 
     Kind kind;
     std::int32_t descriptor; // of the file; -1 for Unlink

@@ -2,34 +2,115 @@
 
 #include "Replay.h"
 
-#include <QHash>
-#include <QStringList>
+#include <openssl/evp.h>
+
+#define SQLITE_HAS_CODEC // declares the function that takes a key
+#include <sqlite3.h>
+
+// The files of an encrypted database, opened as the next program does, but through the SQLCipher
+// library, beside the updater's driver.
+class OpenedFiles
+{
+public:
+    OpenedFiles(const Files& files, const QByteArray& key)
+    {
+        writeFolder("/tmp/opened/", files);
+        sqlite3_open(("/tmp/opened/" + files.firstKey().toUtf8()).constData(), &m_database);
+        sqlite3_key(m_database, key.constData(), key.size());
+    }
+    ~OpenedFiles() { sqlite3_close(m_database); }
+    Q_DISABLE_COPY_MOVE(OpenedFiles)
+
+    // The rows, each with its values in apostrophes between commas. After an error nothing is run.
+    QByteArrayList run(const QByteArray& sql)
+    {
+        QByteArrayList rows;
+        if (fault.isEmpty()
+            && sqlite3_exec(m_database, sql.constData(), takeRow, &rows, nullptr) != SQLITE_OK)
+            fault = sqlite3_errmsg(m_database);
+        return rows;
+    }
+
+    // Definitions and rows of all tables.
+    QByteArray content()
+    {
+        QByteArrayList lines = run("SELECT name, sql FROM sqlite_master ORDER BY name");
+        const QByteArrayList tables
+            = run("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
+        for (const QByteArray& table : tables)
+            lines += run("SELECT " + table + ", * FROM " + table.mid(1, table.size() - 2));
+        return lines.join('\n');
+    }
+
+    QByteArray fault; // the first error
+
+private:
+    static int takeRow(void* rows, int columns, char** values, char** /*names*/)
+    {
+        QByteArrayList row;
+        for (int i = 0; i < columns; ++i)
+            row += values[i] == nullptr ? QByteArray("NULL") : '\'' + QByteArray(values[i]) + '\'';
+        *static_cast<QByteArrayList*>(rows) += row.join(',');
+        return 0;
+    }
+
+    sqlite3* m_database = nullptr;
+};
 
 // Says of the states of a database how many of some transactions they hold.
 class Judge
 {
 public:
-    // The files before the first transaction, and each transaction as SQL. None may come back to an
-    // earlier content.
-    Judge(const Files& before, const QStringList& transactions);
-
-    int transactions() const { return m_contents.size() - 1; }
-
     struct Finding
     {
-        int transactions; // that the state holds, from the first on; -1 for a faulty state
+        int transactions; // that the state holds, from the first on; -1 for a faulty one
         QByteArray fault;
     };
 
-    // A good state opens, is whole by SQLite's own check, and has all tables as before the first
+    // The files before the first transaction, and each transaction as SQL. No content may come back
+    // after another.
+    Judge(const Files& before, const QStringList& transactions) : m_key(keyOf(before.first()))
+    {
+        OpenedFiles files(before, m_key);
+        m_contents += files.content();
+        for (const QString& transaction : transactions) {
+            files.run(transaction.toUtf8());
+            m_contents += files.content();
+        }
+        if (!files.fault.isEmpty())
+            qFatal("%s", files.fault.constData());
+    }
+
+    int transactions() const { return m_contents.size() - 1; }
+
+    // A good state opens, passes SQLite's own check, and has all tables as before the first
     // transaction or as after one of them.
-    Finding judge(const Files& files) const;
-    // The same, but each different state is judged once; and how many were.
-    Finding look(const Files& files);
-    int looks() const { return m_found.size(); }
+    Finding look(const Files& state) const
+    {
+        OpenedFiles files(state, m_key);
+        const QByteArray check = files.run("PRAGMA integrity_check").join(' ');
+        const QByteArray content = files.content();
+        if (!files.fault.isEmpty() || check != "'ok'")
+            return {-1, check + files.fault};
+        const int found = m_contents.indexOf(content);
+        return {found, found < 0 ? "neither before nor after a transaction" : ""};
+    }
 
 private:
+    // Derived once, as SQLCipher 3 does, since each opening with the pass phrase would cost tens of
+    // milliseconds; in the raw form, with the salt at the head of the file.
+    static QByteArray keyOf(const QByteArray& file)
+    {
+        const QByteArray salt = file.left(16);
+        const QByteArray phrase = Dispenser::databaseKey.toUtf8();
+        unsigned char key[32];
+        PKCS5_PBKDF2_HMAC_SHA1(phrase.data(), phrase.size(),
+                               reinterpret_cast<const unsigned char*>(salt.data()), salt.size(),
+                               64000, sizeof key, key);
+        return "x'" + QByteArray(reinterpret_cast<char*>(key), sizeof key).toHex() + salt.toHex()
+            + "'";
+    }
+
     QByteArray m_key;
-    QList<QByteArray> m_contents; // before the first transaction and after each
-    QHash<QByteArray, Finding> m_found; // by the state's hash
+    QByteArrayList m_contents; // before the first transaction and after each
 };

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "Replay.h"
+#include "config/UiConfig.h"
+#include "database/TableDictionary.h"
+#include "database/TableMessages.h"
 
-#include <QStringList>
+#include <array>
 
 // An operation on the shared database whose crash points are tried.
 struct Operation
@@ -15,24 +17,58 @@ struct Operation
     QStringList transactions;
 };
 
-const std::vector<Operation>& operations();
-// Ends the program when there is none of the name.
-const Operation& operationNamed(const QString& name);
-
-// SQL that makes table t as it is in the defaults.
-QString defaultsOfT();
-
-// An operation done once on a fresh shared database, by this program started again with "--run" and
-// the operation's name, and all that it did to the database's files.
-struct Recording
+inline QString insert500(const QString& tableAndValuesOfI)
 {
-    Files before;
-    std::vector<Step> steps;
-    Files after;
-    QStringList transactions;
-};
+    return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 500) INSERT INTO "
+        + tableAndValuesOfI + " FROM n;";
+}
 
-inline const QString databaseFolder = QStringLiteral("/opt/Merivon/Database");
+inline QString makeT(const QString& values)
+{
+    return "CREATE TABLE t (id INTEGER PRIMARY KEY, a TEXT, b TEXT DEFAULT 'x');"
+        + insert500("t SELECT i, " + values);
+}
 
-// Ends the program when the operation does not work.
-Recording record(const Operation& operation);
+inline const QString oursOfT = makeT("hex('our own row' || i * 7), i");
+inline const QString defaultsOfT = makeT("hex('a default' || i * i), 'y'");
+
+inline const std::array<Operation, 6> operations {{
+    {"restore",
+     "",
+     [] { DatabaseBase().genericRestoreTable("t"); },
+     {"BEGIN; DROP TABLE t;" + defaultsOfT + "COMMIT"}},
+    {"update",
+     "DROP TABLE t; CREATE TABLE t (id INTEGER PRIMARY KEY);" + insert500("t SELECT i"),
+     [] { DatabaseBase().genericUpdateTable("t"); },
+     {"ALTER TABLE t ADD COLUMN a TEXT", "ALTER TABLE t ADD COLUMN b TEXT DEFAULT 'x'"}},
+    {"update-missing",
+     "DROP TABLE t",
+     [] { DatabaseBase().genericUpdateTable("t"); },
+     {"BEGIN;" + defaultsOfT + "COMMIT"}},
+    {"first-start",
+     "DELETE FROM dictionary",
+     [] {
+         UiConfig::getInstance();
+         TableDictionary().initializeTable();
+     },
+     {}},
+    {"settings",
+     "",
+     [] {
+         TableDictionary().setDictionaryValue("language", "german");
+         TableDictionary().setDictionaryValue("newName", "newValue");
+     },
+     {"UPDATE dictionary SET value = 'german' WHERE name = 'language'",
+      "INSERT INTO dictionary(name, value) VALUES ('newName', 'newValue')"}},
+    // The vacuum that follows the removal moves every page and changes no content.
+    {"clean",
+     insert500("systemMessages SELECT i, 'IoT', 'Error', '', 'message ' || i"),
+     [] { TableMessages().cleanEntries(350); },
+     {"DELETE FROM systemMessages WHERE id <= 350"}},
+}};
+
+inline const Operation& operationNamed(const QString& name)
+{
+    return *std::find_if(operations.begin(), operations.end(),
+                         [&](const Operation& each) { return each.name == name; });
+}

@@ -1,32 +1,41 @@
 #pragma once
 
+#include "Dispenser.h"
 #include "Event.h"
 
-#include <QByteArray>
+#include <QDir>
+#include <QFile>
 #include <QMap>
-#include <QString>
 
-#include <memory>
+#include <cstring>
+#include <random>
 #include <vector>
 
 // The files of a folder: content by name.
-using Files = QMap<QByteArray, QByteArray>;
+using Files = QMap<QString, QByteArray>;
 
-Files readFolder(const QString& folder);
-// Afterwards the folder, which is made when it is missing, holds these files and no others.
-void writeFolder(const QString& folder, const Files& files);
-
-// A recorded event and the bytes that follow it in the log.
-struct Step
+inline Files readFolder(const QString& folder)
 {
-    Event event;
-    QByteArray bytes;
-};
+    Files files;
+    const QStringList names = QDir(folder).entryList(QDir::Files);
+    for (const QString& name : names) {
+        QFile file(folder + name);
+        if (file.open(QIODevice::ReadOnly))
+            files[name] = file.readAll();
+    }
+    return files;
+}
 
-// The events of a recorder's log, oldest first.
-std::vector<Step> readLog(const QByteArray& log);
+// Afterwards the folder holds these files and no others.
+inline void writeFolder(const QString& folder, const Files& files)
+{
+    QDir(folder).removeRecursively();
+    QDir().mkpath(folder);
+    for (auto it = files.cbegin(); it != files.cend(); ++it)
+        Dispenser::writeFile(folder + it.key(), it.value());
+}
 
-// Does again what was recorded, and knows what lies on the disk if it stops there.
+// Does again what was recorded in a folder, and knows what lies on the disk if it stops half-way.
 //
 // The disk loses no more than a journaling file system on a sound device may, which is what SQLite
 // counts on too. What is written lasts from the file's next sync on, a name that comes or goes from
@@ -37,47 +46,136 @@ std::vector<Step> readLog(const QByteArray& log);
 class Replay
 {
 public:
-    // Starts from files that are on the disk.
-    Replay(const QString& folder, const Files& files);
+    // What a recorder's log says of a folder, with a slash at its end, that held these files.
+    Replay(const QString& folder, const Files& files, const QByteArray& log)
+        : m_files(files.values())
+    {
+        for (const QString& name : files.keys())
+            m_names[name] = m_names.size();
+        Names names = m_names;
+        QMap<int, int> opened; // files by descriptor
+        for (int at = 0; at < log.size();) {
+            Step step {};
+            std::memcpy(&step.event, log.constData() + at, sizeof(Event));
+            step.bytes = log.mid(at + int(sizeof(Event)), int(step.event.size));
+            at += int(sizeof(Event)) + step.bytes.size();
+            step.name = QString::fromUtf8(step.bytes.mid(folder.size()));
+            if (take(step, names, opened))
+                m_steps.push_back(step);
+        }
+        findSyncs();
+    }
 
-    void apply(const Step& step);
+    int events() const { return int(m_steps.size()); }
 
-    // All that was done, as it is after the program was killed.
-    Files afterKill() const;
-    // What the disk holds after a power cut. The seed decides what arrived of all that was not
-    // synced, from nothing (a multiple of 5) to most of it, and which sectors of each file's last
-    // write did.
-    Files afterPowerCut(unsigned seed) const;
+    // The files after so many events. Seed 0: all that was done, as after a kill. Any other: what
+    // a power cut leaves, by chances of all that was not synced that go from none (a multiple of 5)
+    // to four in five; each sector of the last write has a chance of its own.
+    Files state(int events, unsigned seed) const
+    {
+        std::mt19937 random(seed);
+        const auto coin = [&] { return random() % 5 < seed % 5; };
+        int last = events - 1;
+        while (last >= 0 && m_steps[last].event.kind != Event::Write)
+            --last;
+        Names names = m_names;
+        QByteArrayList files = m_files;
+        bool inOrder = true; // no name or truncation was lost
+        for (int i = 0; i < events; ++i) {
+            const Step& step = m_steps[i];
+            const bool lasts = seed == 0 || step.synced < events;
+            if (step.event.kind == Event::Write) {
+                if (i == last && !lasts)
+                    tear(files[step.file], step, random);
+                else if (lasts || coin())
+                    write(files[step.file], step, step.event.offset, step.event.size);
+            } else if (lasts || (inOrder && coin())) {
+                apply(step, names, files);
+            } else {
+                inOrder = false;
+            }
+        }
+        Files state;
+        for (auto it = names.cbegin(); it != names.cend(); ++it)
+            state[it.key()] = files[it.value()];
+        return state;
+    }
 
 private:
-    struct Change // a write or a truncation
-    {
-        Step step;
-        std::size_t namings; // done before it, of all
-    };
-    struct File
-    {
-        QByteArray content;
-        QByteArray synced;
-        std::vector<Change> unsynced; // since
-    };
-    using FilePointer = std::shared_ptr<File>;
-    struct Naming
-    {
-        QByteArray name;
-        FilePointer file; // none: the name goes
-    };
-    using Names = QMap<QByteArray, FilePointer>;
+    static constexpr int folderItself = -1;
 
-    void open(int descriptor, const QByteArray& path);
-    void change(int descriptor, const Step& step);
-    void sync(int descriptor);
-    void rename(const Naming& naming);
-    static void apply(const Naming& naming, Names& names);
+    using Names = QMap<QString, int>; // of files, by their places in m_files
 
-    QString m_folder;
-    Names m_names, m_before;
-    std::vector<Naming> m_namings; // all since
-    std::size_t m_syncedNamings = 0;
-    QMap<int, FilePointer> m_opened; // by descriptor; none: the folder itself
+    struct Step
+    {
+        Event event;
+        QByteArray bytes;
+        QString name; // that comes or goes
+        int file;
+        int synced; // at which step
+    };
+
+    // Finds the file that an event is about. False when it changes nothing.
+    bool take(Step& step, Names& names, QMap<int, int>& opened)
+    {
+        int& file = opened[step.event.descriptor];
+        const bool comes = step.event.kind == Event::Open && !names.contains(step.name);
+        if (step.event.kind == Event::Open)
+            file = step.name.isEmpty() ? folderItself : names.value(step.name, m_files.size());
+        step.file = file;
+        if (step.event.kind == Event::Unlink)
+            names.remove(step.name);
+        if (comes && file != folderItself) {
+            names[step.name] = file;
+            m_files.append(QByteArray());
+        }
+        return step.event.kind != Event::Open || (comes && file != folderItself);
+    }
+
+    void findSyncs()
+    {
+        QMap<int, int> next; // syncs by file
+        for (int i = events() - 1; i >= 0; --i) {
+            Step& step = m_steps[i];
+            if (step.event.kind == Event::Sync)
+                next[step.file] = i;
+            const bool names = step.event.kind == Event::Open || step.event.kind == Event::Unlink;
+            step.synced = next.value(names ? folderItself : step.file, events());
+        }
+    }
+
+    static void apply(const Step& step, Names& names, QByteArrayList& files)
+    {
+        if (step.event.kind == Event::Open)
+            names[step.name] = step.file;
+        else if (step.event.kind == Event::Unlink)
+            names.remove(step.name);
+        else if (step.event.kind == Event::Truncate)
+            files[step.file].resize(int(step.event.offset)); // SQLite only ever shortens files
+    }
+
+    // A part of a write: its offset in the file and its size.
+    static void write(QByteArray& file, const Step& step, qint64 offset, qint64 size)
+    {
+        if (file.size() < offset + size)
+            file.append(int(offset + size) - file.size(), '\0');
+        std::memcpy(file.data() + offset, step.bytes.data() + (offset - step.event.offset),
+                    std::size_t(size));
+    }
+
+    static void tear(QByteArray& file, const Step& step, std::mt19937& random)
+    {
+        constexpr qint64 sector = 512; // bytes
+        const qint64 end = step.event.offset + step.event.size;
+        qint64 next = 0;
+        for (qint64 offset = step.event.offset; offset < end; offset = next) {
+            next = std::min(end, (offset / sector + 1) * sector);
+            if (random() % 2 != 0)
+                write(file, step, offset, next - offset);
+        }
+    }
+
+    Names m_names; // at the start
+    QByteArrayList m_files; // at the start; those that come later are empty
+    std::vector<Step> m_steps;
 };
