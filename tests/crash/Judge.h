@@ -31,9 +31,12 @@ public:
         return rows;
     }
 
-    // Definitions and rows of all tables.
+    // Definitions and rows of all tables, if the database passes SQLite's own check.
     QByteArray content()
     {
+        const QByteArray check = run("PRAGMA integrity_check").join(' ').simplified();
+        if (fault.isEmpty() && check != "'ok'")
+            fault = check;
         QByteArrayList lines = run("SELECT name, sql FROM sqlite_master ORDER BY name");
         const QByteArrayList tables
             = run("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
@@ -88,12 +91,9 @@ public:
     Finding look(const Files& state) const
     {
         OpenedFiles files(state, m_key);
-        const QByteArray check = files.run("PRAGMA integrity_check").join(' ');
         const QByteArray content = files.content();
-        if (!files.fault.isEmpty() || check != "'ok'")
-            return {-1, check + files.fault};
-        const int found = m_contents.indexOf(content);
-        return {found, found < 0 ? "neither before nor after a transaction" : ""};
+        const int found = files.fault.isEmpty() ? m_contents.indexOf(content) : -1;
+        return {found, found < 0 ? files.fault + " neither before nor after a transaction" : ""};
     }
 
 private:

@@ -14,6 +14,7 @@
 // The files of a folder: content by name.
 using Files = QMap<QString, QByteArray>;
 
+// Folders are given with a slash at their end.
 inline Files readFolder(const QString& folder)
 {
     Files files;
@@ -46,7 +47,7 @@ inline void writeFolder(const QString& folder, const Files& files)
 class Replay
 {
 public:
-    // What a recorder's log says of a folder, with a slash at its end, that held these files.
+    // What a recorder's log says of a folder that held these files.
     Replay(const QString& folder, const Files& files, const QByteArray& log)
         : m_files(files.values())
     {
@@ -119,17 +120,17 @@ private:
     bool take(Step& step, Names& names, QMap<int, int>& opened)
     {
         int& file = opened[step.event.descriptor];
-        const bool comes = step.event.kind == Event::Open && !names.contains(step.name);
-        if (step.event.kind == Event::Open)
-            file = step.name.isEmpty() ? folderItself : names.value(step.name, m_files.size());
-        step.file = file;
         if (step.event.kind == Event::Unlink)
-            names.remove(step.name);
-        if (comes && file != folderItself) {
+            return names.remove(step.name) > 0;
+        if (step.event.kind == Event::Open) {
+            file = step.name.isEmpty() ? folderItself : names.value(step.name, m_files.size());
+            if (file != m_files.size())
+                return false;
             names[step.name] = file;
             m_files.append(QByteArray());
         }
-        return step.event.kind != Event::Open || (comes && file != folderItself);
+        step.file = file;
+        return true;
     }
 
     void findSyncs()

@@ -8,6 +8,7 @@
 #include <bitset>
 #include <cstdarg>
 #include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <string>
@@ -25,25 +26,21 @@ bool isRecorded(int descriptor)
     return descriptor >= 0 && recorded.test(static_cast<std::size_t>(descriptor));
 }
 
-bool isRecorded(const std::string& path)
+bool isRecorded(const char* path)
 {
     const std::string folder = std::getenv("RECORDED_FOLDER");
-    return path == folder || path.compare(0, folder.size() + 1, folder + '/') == 0;
+    return path == folder || std::string(path).compare(0, folder.size() + 1, folder + '/') == 0;
 }
 
-void append(Event event, const void* bytes = nullptr)
+void append(Event::Kind kind, int descriptor, std::int64_t offset = 0, const void* bytes = nullptr,
+            std::size_t size = 0)
 {
     static const int log
         = open(std::getenv("RECORDED_LOG"), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    const iovec parts[] = {{&event, sizeof event},
-                           {const_cast<void*>(bytes), static_cast<std::size_t>(event.size)}};
+    Event event {kind, descriptor, offset, static_cast<std::int64_t>(size)};
+    const iovec parts[] = {{&event, sizeof event}, {const_cast<void*>(bytes), size}};
     if (writev(log, parts, 2) < 0)
         std::abort(); // half a record is worse than none
-}
-
-void appendPath(Event::Kind kind, int descriptor, const std::string& path)
-{
-    append({kind, descriptor, 0, static_cast<std::int64_t>(path.size())}, path.data());
 }
 
 } // namespace
@@ -57,10 +54,10 @@ int open64(const char* path, int flags, ...)
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     const int descriptor = NEXT(open64)(path, flags, mode);
-    if (descriptor >= 0 && isRecorded(std::string(path))) {
-        recorded.set(static_cast<std::size_t>(descriptor));
-        appendPath(Event::Open, descriptor, path);
-    }
+    if (descriptor >= 0)
+        recorded.set(static_cast<std::size_t>(descriptor), isRecorded(path));
+    if (isRecorded(descriptor))
+        append(Event::Open, descriptor, 0, path, std::strlen(path));
     return descriptor;
 }
 
@@ -68,7 +65,7 @@ ssize_t pwrite64(int descriptor, const void* data, std::size_t size, off64_t off
 {
     const ssize_t written = NEXT(pwrite64)(descriptor, data, size, offset);
     if (written > 0 && isRecorded(descriptor))
-        append({Event::Write, descriptor, offset, written}, data);
+        append(Event::Write, descriptor, offset, data, static_cast<std::size_t>(written));
     return written;
 }
 
@@ -76,7 +73,7 @@ int ftruncate64(int descriptor, off64_t length) noexcept
 {
     const int result = NEXT(ftruncate64)(descriptor, length);
     if (result == 0 && isRecorded(descriptor))
-        append({Event::Truncate, descriptor, length, 0});
+        append(Event::Truncate, descriptor, length);
     return result;
 }
 
@@ -84,22 +81,15 @@ int fdatasync(int descriptor)
 {
     const int result = NEXT(fdatasync)(descriptor);
     if (result == 0 && isRecorded(descriptor))
-        append({Event::Sync, descriptor, 0, 0});
+        append(Event::Sync, descriptor);
     return result;
-}
-
-int close(int descriptor)
-{
-    if (isRecorded(descriptor))
-        recorded.reset(static_cast<std::size_t>(descriptor));
-    return NEXT(close)(descriptor);
 }
 
 int unlink(const char* path) noexcept
 {
     const int result = NEXT(unlink)(path);
-    if (result == 0 && isRecorded(std::string(path)))
-        appendPath(Event::Unlink, -1, path);
+    if (result == 0 && isRecorded(path))
+        append(Event::Unlink, -1, 0, path, std::strlen(path));
     return result;
 }
 

@@ -83,8 +83,9 @@ struct Trial
                 *it = {-1, "the updater's next start fails"};
         }
         if (failure.isEmpty() && it->transactions != least && it->transactions != most) {
-            failure = QString::asprintf("%s %d %u: %d transactions, %s", operation.name, events,
-                                        seed, it->transactions, it->fault.constData());
+            failure = QString::asprintf("%s %d %u: %d transactions, not %d or %d: %s",
+                                        operation.name, events, seed, it->transactions, least, most,
+                                        it->fault.constData());
         }
         return it->transactions;
     }
