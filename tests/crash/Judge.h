@@ -93,7 +93,9 @@ public:
         OpenedFiles files(state, m_key);
         const QByteArray content = files.content();
         const int found = files.fault.isEmpty() ? m_contents.indexOf(content) : -1;
-        return {found, found < 0 ? files.fault + " neither before nor after a transaction" : ""};
+        if (found >= 0)
+            return {found, {}};
+        return {-1, files.fault.isEmpty() ? "neither before nor after a transaction" : files.fault};
     }
 
 private:
