@@ -21,6 +21,12 @@ namespace {
 
 std::bitset<1024> recorded; // by descriptor
 
+std::string variable(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string() : value;
+}
+
 bool isRecorded(int descriptor)
 {
     return descriptor >= 0 && recorded.test(static_cast<std::size_t>(descriptor));
@@ -28,7 +34,7 @@ bool isRecorded(int descriptor)
 
 bool isRecorded(const char* path)
 {
-    const std::string folder = std::getenv("RECORDED_FOLDER");
+    const std::string folder = variable("RECORDED_FOLDER");
     return path == folder || std::string(path).compare(0, folder.size() + 1, folder + '/') == 0;
 }
 
@@ -36,7 +42,7 @@ void append(Event::Kind kind, int descriptor, std::int64_t offset = 0, const voi
             std::size_t size = 0)
 {
     static const int log
-        = open(std::getenv("RECORDED_LOG"), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+        = open(variable("RECORDED_LOG").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
     Event event {kind, descriptor, offset, static_cast<std::int64_t>(size)};
     const iovec parts[] = {{&event, sizeof event}, {const_cast<void*>(bytes), size}};
     if (writev(log, parts, 2) < 0)
