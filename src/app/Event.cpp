@@ -6,6 +6,7 @@
 #include <QDebug>
 
 #include <chrono>
+#include <future>
 
 Event::Event(QObject* parent) : QObject(parent)
 {
@@ -17,11 +18,12 @@ Event::Event(QObject* parent) : QObject(parent)
     control->moveToThread(&m_busThread);
     connect(&m_busThread, &QThread::finished, control, &QObject::deleteLater);
     connect(control, &RemoteControl::quitAsked, this, &Event::quitApp);
+    std::promise<RemoteControl::Failures> answer;
+    QMetaObject::invokeMethod(
+        control, [&] { answer.set_value(control->registerOnBus()); }, Qt::QueuedConnection);
     m_busThread.start();
 
-    RemoteControl::Failures failures;
-    QMetaObject::invokeMethod(
-        control, [&] { failures = control->registerOnBus(); }, Qt::BlockingQueuedConnection);
+    const RemoteControl::Failures failures = answer.get_future().get();
     if (failures.service)
         qCritical() << "DBUS SERVICE NOT REGISTERED: " << *failures.service;
     if (failures.object)
