@@ -1,5 +1,7 @@
 #include "process/OutputPipe.h"
 
+#include <QProcess>
+
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -36,6 +38,19 @@ QString OutputPipe::path() const
 void OutputPipe::closeWriteEnd()
 {
     closeEnd(m_ends[1]);
+}
+
+QByteArray OutputPipe::readUntilClosed(QProcess& program)
+{
+    constexpr int waitMs = 10;
+    QByteArray output;
+    bool ended = false;
+    bool open = true;
+    while (open && !ended) {
+        ended = program.waitForFinished(0) || program.state() == QProcess::NotRunning;
+        open = read(output, ended ? 0 : waitMs);
+    }
+    return output;
 }
 
 bool OutputPipe::read(QByteArray& output, int milliseconds)

@@ -110,20 +110,6 @@ void awaitEnd(QProcess& process)
     }
 }
 
-// What a script prints until it closes its output or ends; the latter, because a grandchild may
-// keep the output open for as long as it likes.
-QByteArray outputUntilClosed(QProcess& process, OutputPipe& pipe)
-{
-    QByteArray output;
-    bool ended = false;
-    bool open = true;
-    while (open && !ended) {
-        ended = process.waitForFinished(0) || hasEnded(process);
-        open = pipe.read(output, ended ? 0 : shortWaitMs);
-    }
-    return output;
-}
-
 // Waits for output to come in and takes it off the count of arrivals, which the pump raises too;
 // false once the program has ended and nothing is left. Waits for the end, since that alone is not
 // held up by a grandchild that prints without pause.
@@ -181,7 +167,7 @@ QString ScriptLauncher::launchScript(const QString& program, const QStringList& 
         return QStringLiteral("there was an error starting script.");
     }
     pipe.closeWriteEnd();
-    QString text = textOf(outputUntilClosed(*m_scriptProcess, pipe));
+    QString text = textOf(pipe.readUntilClosed(*m_scriptProcess));
     // Most scripts close their output by ending.
     const bool endedByItself
         = hasEnded(*m_scriptProcess) || m_scriptProcess->waitForFinished(endWaitMs);
