@@ -76,6 +76,16 @@ void Stage::open(UiConfig::SystemType systemType, const QString& buttonText)
     QVERIFY(tap(buttonText));
 }
 
+void Stage::chooseSoftware(const QString& name)
+{
+    for (const auto& each : {OnTheStick::package, OnTheStick::image, OnTheStick::foreignImage})
+        manager.packages << "/media/" + each;
+    open(UiConfig::TALVO, "Update Software");
+    QTRY_VERIFY(button(name));
+    QVERIFY(tap(name));
+    QVERIFY(isInstallOn());
+}
+
 QVariant Stage::js(const QString& code) const
 {
     QQmlExpression expression(qmlContext(root()), root(), code);

@@ -9,6 +9,12 @@
 #include <QTest>
 #include <memory>
 
+namespace OnTheStick {
+const QString package = QStringLiteral("quillmark-base-1.03.00.tar.gz");
+const QString image = QStringLiteral("MerivonMFV_V2.hex");
+const QString foreignImage = QStringLiteral("x_MFV_V2.hex");
+} // namespace OnTheStick
+
 // The scene on a fake platform, as a technician sees and touches it.
 class Stage
 {
@@ -24,6 +30,9 @@ public:
     void open(const QByteArray& qml = {});
     // Shows the scene of a type of dispenser and leaves its first screen by a button.
     void open(UiConfig::SystemType systemType, const QString& buttonText);
+    // The update screen with its list of what is on the stick read and an entry of it chosen.
+    void chooseSoftware(const QString& name);
+    bool isInstallOn() const { return button("Install Software")->state() == "stateDeselected"; }
     QQuickItem* root() const { return m_view->rootObject(); }
 
     // Evaluates JavaScript in the root's own file, where its ids are known.

@@ -2,38 +2,20 @@
 #include "Stage.h"
 
 #include "process/ScriptLauncher.h"
-#include "software/FileHelper.h"
 
 #include <QApplication>
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace OnTheStick;
+
 namespace {
-const QString package = QStringLiteral("quillmark-base-1.03.00.tar.gz");
-const QString image = QStringLiteral("MerivonMFV_V2.hex");
-const QString foreignImage = QStringLiteral("x_MFV_V2.hex");
 const QRegularExpression missingLogger(QStringLiteral("'logInstallFailed' of object"));
 } // namespace
 
 class SceneTest : public QObject
 {
     Q_OBJECT
-
-    // The update screen with its list read and an entry of it chosen.
-    static void chooseSoftware(Stage& stage, const QString& name)
-    {
-        for (const auto& each : {package, image, foreignImage})
-            stage.manager.packages << "/media/" + each;
-        stage.open(UiConfig::TALVO, "Update Software");
-        QTRY_VERIFY(stage.button(name));
-        QVERIFY(stage.tap(name));
-        QVERIFY(isInstallOn(stage));
-    }
-
-    static bool isInstallOn(const Stage& stage)
-    {
-        return stage.button("Install Software")->state() == "stateDeselected";
-    }
 
 private slots:
     void oneScreenAtATimeWithItsTitleInTheLanguageOfTheMoment()
@@ -54,121 +36,10 @@ private slots:
         QVERIFY(stage.shows("Scanning, please wait...")); // looked up when the panel was made
     }
 
-    void platformRestartsOnceAndNotInDevelopment()
-    {
-        Stage stage;
-        stage.open();
-        QVERIFY(stage.tap("Restart Merivon") && stage.tap("Restart Merivon"));
-        QVERIFY(stage.tap("Advanced Options") && !stage.button("Back"));
-        QCOMPARE(stage.manager.calls.size(), 1);
-        stage.developing = true;
-        stage.open();
-        for (int i = 0; i < 2; ++i) {
-            QTest::ignoreMessage(QtDebugMsg, "DEV MODE - restart skipped");
-            QVERIFY(stage.tap("Restart Merivon"));
-        }
-        QCOMPARE(stage.manager.calls.size(), 1);
-    }
-
-    // A double tap on "Back" is one.
-    void restartTakesNoTouchJustAfterAPanelHasGone()
-    {
-        Stage stage;
-        for (const auto* panel : {"Update Software", "Advanced Options"}) {
-            stage.open(UiConfig::TALVO, panel);
-            QVERIFY(stage.tap("Back") && stage.tap("Restart Merivon"));
-            QVERIFY(stage.manager.calls.isEmpty());
-        }
-        QTest::qWait(600);
-        QVERIFY(stage.tap("Restart Merivon"));
-        QCOMPARE(stage.manager.calls, QStringList("quitAndStartMerivon"));
-    }
-
-    void touchesOfATimeInWhichTheProgramStandsStillAreLost_data()
-    {
-        QTest::addColumn<QStringList>("taps");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("scan") << QStringList("Update Software") << package;
-        QTest::newRow("removal") << QStringList {"Advanced Options", "Remove", "Yes"}
-                                 << "Software Deleted";
-        QTest::newRow("import") << QStringList {"Advanced Options", "Import New Software"}
-                                << "File has been imported successfully!";
-    }
-
-    void touchesOfATimeInWhichTheProgramStandsStillAreLost()
-    {
-        QFETCH(QStringList, taps);
-        QFETCH(QString, after);
-        Stage stage;
-        stage.manager.packages << "/media/" + package;
-        stage.manager.versions = {"talvo-1"};
-        stage.manager.meanwhile = stage.scripts.meanwhile = [&stage] {
-            stage.queueTapsEverywhere();
-            QTest::qSleep(400); // what counts time must not take this for time after it
-        };
-        stage.open(UiConfig::TALVOGATEWAY, taps.takeFirst());
-        for (const auto& text : taps)
-            QVERIFY(stage.tap(text));
-        if (auto* dialog = stage.root()->findChild<FileHelper*>(); dialog && dialog->isVisible()) {
-            dialog->setVisible(false);
-            emit dialog->chooseFile("/media/" + package);
-        }
-        const int calls = stage.manager.calls.size();
-        QTRY_VERIFY(stage.shows(after));
-        QTest::qWait(300);
-        QVERIFY(stage.button("Back") && !stage.button("Yes") && !stage.launcher("/"));
-        QCOMPARE(stage.shows("No new version was added"), after.endsWith("imported successfully!"));
-        QCOMPARE(stage.manager.calls.size(), calls);
-        if (after == package)
-            QVERIFY(!isInstallOn(stage) && stage.tap(package) && isInstallOn(stage));
-        QVERIFY(stage.tap("Back") && !stage.button("Back"));
-    }
-
-    void heldFingerChoosesNothingWhileAPackageIsInstalled()
-    {
-        Stage stage;
-        chooseSoftware(stage, package);
-        const auto entry = Stage::middle(stage.button(image));
-        const auto install = Stage::middle(stage.button("Install Software"));
-        auto* window = stage.window();
-        stage.touch().press(1, entry, window);
-        stage.touch().stationary(1).press(2, install, window);
-        stage.touch().stationary(1).release(2, install, window);
-        auto* launcher = stage.launcher("import");
-        QVERIFY(launcher);
-        stage.touch().release(1, entry, window);
-        QVERIFY(!isInstallOn(stage));
-        emit launcher->endLaunch("");
-        emit launcher->endLaunch("");
-        QVERIFY(stage.tap("Install Software"));
-        QCOMPARE(launcher->launched.count("/usr/local/bin/vemlo import /media/" + package), 2);
-    }
-
-    void messageOnTheWholeScreenLetsNothingThroughUntilItIsGone()
-    {
-        Stage stage;
-        stage.open(UiConfig::KRA, "Advanced Options");
-        QVERIFY(stage.tap(stage.visible("btnText", "Install").last()));
-        QTRY_VERIFY(!stage.visible("fullscreenWidth").isEmpty());
-        auto* launcher = stage.launcher("firmware update");
-        const auto* popUp = stage.visible("fullscreenWidth").last();
-        QVERIFY(launcher);
-        stage.tapEverywhere();
-        emit launcher->endLaunch("flashed");
-        QTRY_VERIFY(popUp->opacity() > 0.9);
-        QTRY_VERIFY(popUp->opacity() < 0.7); // fading out
-        stage.tapEverywhere(); // the close square, too
-        QVERIFY(popUp->isVisible() && stage.button("Back"));
-        stage.tapEverywhere();
-        QCOMPARE(launcher->launched.size(), 1);
-        QTRY_VERIFY(!popUp->isVisible());
-        QVERIFY(stage.tap("Back") && !stage.button("Back"));
-    }
-
     void busyScreenNamesWhatIsWorkedOnAndCountsTheTime()
     {
         Stage stage;
-        chooseSoftware(stage, package);
+        stage.chooseSoftware(package);
         const int inTheList = stage.visible("text", package).size();
         QVERIFY(stage.tap("Install Software"));
         QTRY_VERIFY(stage.shows("0:00") && stage.visible("text", package).size() > inTheList);
@@ -176,15 +47,13 @@ private slots:
         emit stage.launcher("import")->endLaunch("");
         emit stage.launcher("import")->endLaunch("");
         QVERIFY(!stage.shows("0:01"));
-        stage.open(UiConfig::TALVO, "Update Software");
-        QCOMPARE(stage.visible("text", "Scanning, please wait...").size(), 1);
     }
 
     // The prescribed word does not look at the command's result.
     void commandsOwnErrorStandsUnderTheWordOfSuccess()
     {
         Stage stage;
-        chooseSoftware(stage, image);
+        stage.chooseSoftware(image);
         for (const auto* result : {"flashed", "x\nError: no answer\n"}) {
             QVERIFY(stage.tap("Install Software"));
             emit stage.launcher("firmware")->endLaunch(result);
@@ -203,10 +72,10 @@ private slots:
         Stage stage;
         stage.manager.media = false;
         const auto scan = [&stage](const QString& text) {
-            QVERIFY(stage.shows("Scanning, please wait...") && !isInstallOn(stage));
+            QVERIFY(stage.shows("Scanning, please wait...") && !stage.isInstallOn());
             QVERIFY(stage.shows("Current software version is: 1.03.00"));
             QTRY_VERIFY(stage.shows(text));
-            QVERIFY(!stage.shows("Scanning, please wait...") && !isInstallOn(stage));
+            QVERIFY(!stage.shows("Scanning, please wait...") && !stage.isInstallOn());
         };
         stage.open(UiConfig::TALVOGATEWAY, "Update Software");
         scan("Media not found! Please insert USB Media");
@@ -221,7 +90,7 @@ private slots:
     void packageIsImportedThenInstalledWithTheDatabaseLeftAlone()
     {
         Stage stage;
-        chooseSoftware(stage, package);
+        stage.chooseSoftware(package);
         QVERIFY(stage.tap("Install Software"));
         auto* launcher = stage.launcher("import");
         QTRY_VERIFY(launcher && stage.shows("Importing Software, please wait..."));
@@ -235,23 +104,23 @@ private slots:
         QCOMPARE(launcher->launched,
                  (QStringList {"/usr/local/bin/vemlo import /media/" + package,
                                "/usr/local/bin/vemlo install base-1.03.00"}));
-        QVERIFY(!isInstallOn(stage));
+        QVERIFY(!stage.isInstallOn());
         emit launcher->endLaunch("done");
         QTRY_VERIFY(stage.shows("Software has been updated successfully!"));
-        QVERIFY(isInstallOn(stage) && stage.tap("Back") && stage.button("Restart Merivon"));
+        QVERIFY(stage.isInstallOn() && stage.tap("Back") && stage.button("Restart Merivon"));
     }
 
     void corruptedPackageLeavesTheButtonOffUntilTheNextChoice()
     {
         Stage stage;
-        chooseSoftware(stage, package);
+        stage.chooseSoftware(package);
         QVERIFY(stage.tap("Install Software"));
         auto* launcher = stage.launcher("import");
         emit launcher->endLaunch("");
         QTest::ignoreMessage(QtWarningMsg, missingLogger);
         emit launcher->endLaunch("some Error here");
         QTRY_VERIFY(stage.shows("Software undefined is corrupted. Can not install."));
-        QVERIFY(!isInstallOn(stage));
+        QVERIFY(!stage.isInstallOn());
         QVERIFY(stage.tap(package) && stage.tap("Install Software"));
         QTRY_VERIFY(stage.shows("Importing Software, please wait..."));
         emit launcher->endLaunch("");
@@ -261,15 +130,15 @@ private slots:
     void firmwareIsFlashedWhenItCarriesThePlatformsName()
     {
         Stage stage;
-        chooseSoftware(stage, foreignImage);
+        stage.chooseSoftware(foreignImage);
         QVERIFY(stage.tap("Install Software"));
-        QVERIFY(!stage.launcher("/") && !isInstallOn(stage));
+        QVERIFY(!stage.launcher("/") && !stage.isInstallOn());
         QVERIFY(stage.tap(image) && stage.tap("Install Software"));
         auto* launcher = stage.launcher("firmware update /media/" + image);
         QTRY_VERIFY(launcher && stage.shows("Updating firmware, please wait..."));
         emit launcher->endLaunch("Error");
         QTRY_VERIFY(stage.shows("Firmware has been updated successfully!"));
-        QVERIFY(isInstallOn(stage) && stage.tap("Back") && stage.button("Restart Merivon"));
+        QVERIFY(stage.isInstallOn() && stage.tap("Back") && stage.button("Restart Merivon"));
     }
 
     void wheelsFollowTheKindOfDispenserAndTheStore()

@@ -5,8 +5,6 @@ import "../../ServiceUI/qml/javascript/style.js" as STYLES
 
 // The first screen: where to go, or back to the platform.
 Widget_MenuPage {
-    id: choicePanel
-
     property bool leftBefore: false
 
     function restart() {
