@@ -36,7 +36,11 @@ void SingleApplication::shutdownThreads()
 bool SingleApplication::notify(QObject* receiver, QEvent* event)
 {
     try {
-        return QApplication::notify(receiver, event);
+        // An exception passes only through functions that have unwind tables, and of Qt's libraries
+        // for the board QtCore alone has them. What is neither window nor widget needs no more.
+        if (receiver->isWidgetType() || receiver->isWindowType())
+            return QApplication::notify(receiver, event);
+        return QCoreApplication::notify(receiver, event);
     } catch (const std::exception& exception) {
         qDebug() << "Exception thrown:" << exception.what();
     } catch (...) {

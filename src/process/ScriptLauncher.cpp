@@ -122,6 +122,18 @@ bool awaitOutput(QProcess& process, int& arrivals)
     return arrivals-- > 0;
 }
 
+// What goes wrong on the way, such as an output that exceeds the memory, is the result: the scene,
+// from which most calls come, could not be left by an exception on the board.
+template <typename Run> QString resultOf(const char* operation, const QString& program, Run run)
+{
+    try {
+        return run();
+    } catch (const std::exception& error) {
+        qWarning() << operation << program << error.what();
+        return QStringLiteral("Error: ") + QString::fromLocal8Bit(error.what());
+    }
+}
+
 QString outputOf(const QString& program, const QStringList& args)
 {
     OutputFile file;
@@ -156,6 +168,11 @@ ScriptLauncher::ScriptLauncher(QObject* parent)
 QString ScriptLauncher::launchScript(const QString& program, const QStringList& argList)
 {
     const QString script = inScriptsFolder(program);
+    return resultOf("launchScript", script, [&] { return outputOfScript(script, argList); });
+}
+
+QString ScriptLauncher::outputOfScript(const QString& script, const QStringList& argList)
+{
     qDebug() << "launchScript:" << script << argList;
     OutputPipe pipe;
     m_scriptProcess->setStandardOutputFile(pipe.path());
@@ -183,13 +200,7 @@ QString ScriptLauncher::launchScript(const QString& program, const QStringList& 
 QString ScriptLauncher::launchProgram(const QString& command, const QStringList& args)
 {
     const QString program = inScriptsFolder(command);
-    try {
-        return outputOf(program, args);
-    } catch (const std::exception& error) {
-        // Such as an output that exceeds the memory: it ends as a failed job, not as the updater.
-        qWarning() << "launch program" << program << error.what();
-        return QStringLiteral("Error: ") + QString::fromLocal8Bit(error.what());
-    }
+    return resultOf("launch program", program, [&] { return outputOf(program, args); });
 }
 
 QString ScriptLauncher::launchProgramWithDelay(const QString& command, const QStringList& arg,

@@ -78,6 +78,8 @@ signals:
     void loadCompleted(QVariant value, QVariant status);
 
 private:
+    QString outputOfScript(const QString& script, const QStringList& argList);
+
     struct Progress
     {
         int percent = 5;

@@ -75,28 +75,24 @@ private slots:
 
     void whatGoesWrongHereIsTheResult_data()
     {
-        QTest::addColumn<int>("resource");
-        QTest::addColumn<int>("limit");
+        QTest::addColumn<int>("descriptors");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("memory") << int(RLIMIT_AS) << 800000000 << "std::bad_alloc";
-        QTest::newRow("descriptors") << int(RLIMIT_NOFILE) << 1 << "no file for the output*";
+        QTest::newRow("memory") << 1000 << "std::bad_alloc";
+        QTest::newRow("descriptors") << 1 << "no file for the output*";
     }
 
+    // An output of holes is larger than any text, and takes no memory by itself.
     void whatGoesWrongHereIsTheResult()
     {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-        QSKIP("a sanitizer's own memory has no such limit");
-#endif
-        QFETCH(int, resource);
-        QFETCH(int, limit);
+        QFETCH(int, descriptors);
         QFETCH(QString, reason);
         rlimit previous {};
-        getrlimit(resource, &previous);
-        const rlimit tight {static_cast<rlim_t>(limit), previous.rlim_max};
-        setrlimit(resource, &tight);
-        const QString result = ScriptLauncher().launchProgram(
-            "/bin/sh", {"-c", "head -c 400000000 /dev/zero | tr '\\0' x"});
-        setrlimit(resource, &previous);
+        getrlimit(RLIMIT_NOFILE, &previous);
+        const rlimit tight {static_cast<rlim_t>(descriptors), previous.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &tight);
+        const QString result
+            = ScriptLauncher().launchProgram("/usr/bin/truncate", {"-s", "3G", "/proc/self/fd/1"});
+        setrlimit(RLIMIT_NOFILE, &previous);
         QVERIFY2(
             QRegExp("Error: " + reason, Qt::CaseSensitive, QRegExp::Wildcard).exactMatch(result),
             qPrintable(result));
