@@ -17,6 +17,8 @@ target_compile_definitions(updater_options INTERFACE
     # Without it the 32-bit board can neither read folders whose inode numbers need 64 bits, as some
     # sticks' do, nor files of 2 GiB and more.
     _FILE_OFFSET_BITS=64
+    # Nor the status of what a stick's maker, or a clock that was wrong, has dated beyond 2038.
+    _TIME_BITS=64
 )
 
 if(UPDATER_SANITIZE)

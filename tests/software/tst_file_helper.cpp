@@ -173,9 +173,11 @@ private slots:
     {
         put({"a/newer", "a/older", "a/same", "a/sub/x"});
         const quint32 time = m_helper->getFileTime(currentVersion);
-        const QString change = "touch -d @%1 older; touch -d @%2 same; touch -d @%3 newer";
+        const QString change
+            = "touch -d @%1 older; touch -d @%2 same; touch -d @%3 newer; touch -d @2208988800 sub";
         QDir::setCurrent(at("a"));
         QCOMPARE(std::system(qPrintable(change.arg(time - 1).arg(time).arg(time + 1))), 0);
+        QCOMPARE(m_helper->getFileTime(at("a/sub")), 2208988800U); // beyond what 32 bits hold
         for (const char* line : {"FileHelper::deleteFile :  \"", "Delete old update file  \""})
             QTest::ignoreMessage(QtDebugMsg, qPrintable(line + at("a/older\"")));
         m_helper->removeOldUpdates(at("a/"));

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QProcess>
 
 #include <algorithm>
 #include <atomic>
@@ -107,6 +108,9 @@ private slots:
         QVERIFY(QDir().mkdir(stick + "s"));
         for (auto link = links.begin(); link != links.end(); ++link)
             QVERIFY(QFile::link(link.value(), stick + link.key()));
+        // Dated beyond what 32 bits hold, as by a clock that was wrong.
+        QDir::setCurrent(stick);
+        QCOMPARE(QProcess::execute("touch", {"-d", "2040-01-01", "b", "b/C", "n_MFV_V1.hex"}), 0);
         QFile::setPermissions(stick + "shut", QFile::Permissions());
         const LogCapture log;
         QDir::setCurrent(media);
