@@ -7,7 +7,7 @@ class Logger
 {
 public:
     // Whether warnings and worse are copied into the system-message table. Read by the message
-    // handler on every thread, also by workers that outlive main, which switches it off.
+    // handler on every thread.
     static std::atomic<bool> logDevMessages;
 
     // Sets the switch from the setting "logDevMessages" of the dictionary table: on for "true" in

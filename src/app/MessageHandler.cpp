@@ -79,13 +79,19 @@ struct Handling
     }
 };
 
-// A thread's turn in the handler, for which it waits.
+// A thread's turn in the handler.
 class Turn
 {
 public:
-    Turn() : m_lock(handling().mutex) { ours = true; }
+    Turn() : m_lock(handling().mutex) { ours = true; } // waits for it
+    explicit Turn(std::try_to_lock_t) : m_lock(handling().mutex, std::try_to_lock)
+    {
+        ours = m_lock.owns_lock();
+    }
     ~Turn() { ours = false; }
     Q_DISABLE_COPY_MOVE(Turn)
+
+    bool hasCome() const { return m_lock.owns_lock(); }
 
     Handling* operator->() const { return &handling(); }
 
@@ -102,7 +108,7 @@ private:
         return *instance;
     }
 
-    const std::lock_guard<std::mutex> m_lock;
+    const std::unique_lock<std::mutex> m_lock;
 };
 
 void insertRow(const QDateTime& time, const Level& level, const QString& text)
@@ -136,6 +142,20 @@ void handle(const Turn& turn, const QDateTime& time, QtMsgType type, const QStri
     turn->guardAgainstFlood(time, text);
 }
 
+// What a thread logs with a lock on the database in hand must not wait for its turn, but is told at
+// once where it need not: a lock that is waited for is seen as such, also by whoever ends the wait.
+// Kept in its place behind the first that could not be told.
+void handleWithLock(const QDateTime& time, QtMsgType type, const QString& text)
+{
+    const Turn turn(std::try_to_lock);
+    if (turn.hasCome() && !LogDelay::keepsAny(LogDelay::Lock))
+        handle(turn, time, type, text);
+    else if (type == QtFatalMsg)
+        writeLine(time, levelOf(type), text); // Qt ends the process behind it: there is no later
+    else
+        LogDelay::keep(LogDelay::Lock, [time, type, text] { handle(Turn(), time, type, text); });
+}
+
 } // namespace
 
 void myMessageHandler(QtMsgType type, const QMessageLogContext& /*context*/, const QString& msg)
@@ -143,9 +163,7 @@ void myMessageHandler(QtMsgType type, const QMessageLogContext& /*context*/, con
     if (Turn::isOurs()) {
         writeLine(QDateTime::currentDateTime(), levelOf(type), msg);
     } else if (LogDelay::isNeeded(LogDelay::Lock)) {
-        LogDelay::keep(LogDelay::Lock, [time = QDateTime::currentDateTime(), type, msg] {
-            handle(Turn(), time, type, msg);
-        });
+        handleWithLock(QDateTime::currentDateTime(), type, msg);
     } else {
         const Turn turn;
         handle(turn, QDateTime::currentDateTime(), type, msg);

@@ -77,7 +77,7 @@ public:
     Q_INVOKABLE bool genericDropTable(QString table);
     // Replaces the table by the defaults' definition and rows; its own rows are lost. False when
     // that failed: then the table is as it was, as also after the process died on the way. Only a
-    // definition that SQLite refuses leaves no table.
+    // definition that cannot be carried out leaves no table.
     Q_INVOKABLE bool genericRestoreTable(QString table);
     // Adds the columns that the defaults have and the table lacks; restores a table that is missing
     // or cannot be aligned by adding alone. False when the defaults cannot be read, with the table

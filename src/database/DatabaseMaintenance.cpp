@@ -87,7 +87,7 @@ bool DatabaseBase::genericAddColumn(QString table, QString column, QString defin
     const QString sql = SqlText::fill(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3"), table,
                                       column, definition);
     qDebug() << "Adding a new column to the database";
-    qDebug() << sql;
+    qDebug() << SqlText::shown(sql);
     return genericQuery(sql);
 }
 
@@ -141,10 +141,12 @@ DatabaseBase::Restored DatabaseBase::replaceTable(const QString& table, const QS
         return Restored::Stopped;
     const bool created = genericQuery(definition);
     logCreation(query, definition, created);
-    const bool copied = genericQuery(
-        SqlText::fill(QStringLiteral("INSERT INTO main.%1 SELECT * FROM defaults.%1;"), table));
-    // Kept: a definition that SQLite refuses leaves no table, and the next update tries again.
-    const bool whole = copied || !created;
+    // Kept: a definition that cannot be carried out leaves no table, and the next update tries
+    // again. Nothing is copied then: SQLite may have rolled back by itself, and the old table be
+    // there.
+    const bool whole = !created
+        || genericQuery(
+            SqlText::fill(QStringLiteral("INSERT INTO main.%1 SELECT * FROM defaults.%1;"), table));
     return whole && transaction.commit() && created ? Restored::Yes : Restored::No;
 }
 

@@ -18,8 +18,7 @@ void Transaction::takeWriteLock()
     // Takes the lock and, in a database without auto-vacuum, does nothing else.
     query.prepare(QStringLiteral("PRAGMA main.incremental_vacuum(1)"));
     if (query.exec())
-        m_lockTaken.emplace(
-            LogDelay::Lock); // not before: what is met while waiting is told at once
+        m_lockTaken.emplace(LogDelay::Lock); // not before: to wait for the lock is not to have it
 }
 
 Transaction::~Transaction()
