@@ -1,19 +1,25 @@
 #include "sqlcipher/KeyCache.h"
 
-#include <openssl/evp.h>
+#include <nettle/pbkdf2.h>
 
 namespace {
 
 constexpr int keySize = 32;
 
+const uint8_t* bytesOf(const QByteArray& bytes)
+{
+    return reinterpret_cast<const uint8_t*>(bytes.constData());
+}
+
+// By Nettle, which takes half as long as the library that SQLCipher uses itself: no other work of a
+// start takes longer.
 QByteArray derive(const QByteArray& passPhrase, const QByteArray& salt)
 {
     QByteArray key(keySize, '\0');
-    const int done = PKCS5_PBKDF2_HMAC_SHA1(
-        passPhrase.constData(), passPhrase.size(),
-        reinterpret_cast<const unsigned char*>(salt.constData()), salt.size(), KeyCache::rounds,
-        keySize, reinterpret_cast<unsigned char*>(key.data()));
-    return done == 1 ? "x'" + key.toHex() + salt.toHex() + "'" : QByteArray();
+    pbkdf2_hmac_sha1(static_cast<std::size_t>(passPhrase.size()), bytesOf(passPhrase),
+                     KeyCache::rounds, static_cast<std::size_t>(salt.size()), bytesOf(salt),
+                     keySize, reinterpret_cast<uint8_t*>(key.data()));
+    return "x'" + key.toHex() + salt.toHex() + "'";
 }
 
 } // namespace

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Replay.h"
-
-#include <openssl/evp.h>
+#include "sqlcipher/KeyCache.h"
 
 #define SQLITE_HAS_CODEC // declares the function that takes a key
 #include <sqlite3.h>
@@ -103,14 +102,8 @@ private:
     // milliseconds; in the raw form, with the salt at the head of the file.
     static QByteArray keyOf(const QByteArray& file)
     {
-        const QByteArray salt = file.left(16);
-        const QByteArray phrase = Dispenser::databaseKey.toUtf8();
-        unsigned char key[32];
-        PKCS5_PBKDF2_HMAC_SHA1(phrase.data(), phrase.size(),
-                               reinterpret_cast<const unsigned char*>(salt.data()), salt.size(),
-                               64000, sizeof key, key);
-        return "x'" + QByteArray(reinterpret_cast<char*>(key), sizeof key).toHex() + salt.toHex()
-            + "'";
+        return KeyCache::instance().rawKey(Dispenser::databaseKey.toUtf8(),
+                                           file.left(KeyCache::saltSize));
     }
 
     QByteArray m_key;

@@ -5,7 +5,9 @@
 #include <QCoreApplication>
 #include <QtPlugin>
 
-#include <openssl/evp.h>
+#include <dlfcn.h>
+#include <nettle/hmac.h>
+#include <nettle/pbkdf2.h>
 
 #include <atomic>
 #include <future>
@@ -23,16 +25,29 @@ const QByteArray slowKey = "slow";
 
 } // namespace
 
-// Stands in front of the cryptographic library's function, for the driver and for SQLCipher: counts
-// the keys that are derived from pass phrases, and lets one of them take its time.
+// The next two stand in front of the cryptographic libraries' functions, of the driver's and of
+// SQLCipher's: they count the keys that are derived from pass phrases, and let one of them take its
+// time.
+void nettle_pbkdf2_hmac_sha1(size_t passSize, const uint8_t* pass, unsigned rounds, size_t saltSize,
+                             const uint8_t* salt, size_t keySize, uint8_t* key)
+{
+    ++derivations;
+    if (slowKey == QByteArray(reinterpret_cast<const char*>(pass), static_cast<int>(passSize)))
+        slowKeyEnds.wait_for(std::chrono::seconds(20));
+    hmac_sha1_ctx state;
+    hmac_sha1_set_key(&state, passSize, pass);
+    PBKDF2(&state, hmac_sha1_update, hmac_sha1_digest, SHA1_DIGEST_SIZE, rounds, saltSize, salt,
+           keySize, key);
+}
+
 extern "C" int PKCS5_PBKDF2_HMAC_SHA1(const char* pass, int passSize, const unsigned char* salt,
                                       int saltSize, int rounds, int keySize, unsigned char* key)
 {
     if (rounds > 1000) // SQLCipher derives a second key from the first, in two rounds
         ++derivations;
-    if (slowKey == QByteArray::fromRawData(pass, passSize))
-        slowKeyEnds.wait_for(std::chrono::seconds(20));
-    return PKCS5_PBKDF2_HMAC(pass, passSize, salt, saltSize, rounds, EVP_sha1(), keySize, key);
+    static const auto derive
+        = reinterpret_cast<decltype(&PKCS5_PBKDF2_HMAC_SHA1)>(dlsym(RTLD_NEXT, __func__));
+    return derive(pass, passSize, salt, saltSize, rounds, keySize, key);
 }
 
 // The driver's keys and locks, held against the `sqlcipher` program.
