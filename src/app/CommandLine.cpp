@@ -8,6 +8,19 @@
 #include <cstring>
 #include <filesystem>
 
+namespace {
+
+// What QFileInfo::absoluteFilePath() makes of a text, for bytes of any encoding: of all of them
+// that only looks at "/" and ".".
+QByteArray absolutePathOf(const char* path)
+{
+    std::error_code error;
+    const std::string bytes = std::filesystem::absolute(path, error).string();
+    return QFileInfo(QString::fromLatin1(bytes.c_str())).absoluteFilePath().toLatin1();
+}
+
+} // namespace
+
 CommandLine CommandLine::read(int argc, const char* const* argv)
 {
     CommandLine line;
@@ -29,21 +42,21 @@ CommandLine CommandLine::read(int argc, const char* const* argv)
 void CommandLine::choosePlatform(int argc, const char* const* argv)
 {
     const auto isUpdate = [](const char* word) { return std::strcmp(word, "--update") == 0; };
-    if (std::any_of(argv, argv + argc, isUpdate) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (std::any_of(argv, argv + argc, isUpdate) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen;minimal");
 }
 
 void CommandLine::checkFirmware(const char* path)
 {
-    // As bytes: QFileInfo finds no file whose name is not UTF-8.
+    firmwareFile = QFileInfo(QFile::decodeName(path));
+    const QByteArray absolutePath = absolutePathOf(path);
+    StandardOutput::write("Checking " + absolutePath + '\n');
+    // Of the path as it was given: "link/../x" is not "x". QFileInfo finds no name that is not
+    // UTF-8.
     std::error_code error;
-    const std::string absolutePath
-        = std::filesystem::absolute(path, error).lexically_normal().string();
-    firmwareFile = QFileInfo(QFile::decodeName(absolutePath.c_str()));
-    StandardOutput::write("Checking " + QByteArray::fromStdString(absolutePath) + '\n');
-    if (!std::filesystem::exists(absolutePath, error))
+    if (!std::filesystem::exists(path, error))
         StandardOutput::write("Firmware file doesn't exists\n");
-    else if (QByteArray::fromStdString(absolutePath).endsWith("hex"))
+    else if (absolutePath.endsWith("hex"))
         firmwareValid = true;
     else
         StandardOutput::write("File isn't a firmware.\n");

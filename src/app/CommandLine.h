@@ -19,8 +19,8 @@ struct CommandLine
     static CommandLine read(int argc, const char* const* argv);
 
     // To be called before the application object is made, which cannot be without a platform: where
-    // neither QT_QPA_PLATFORM nor "-platform" says which, the console check takes one without a
-    // display.
+    // neither QT_QPA_PLATFORM (an empty one is none) nor "-platform" says which, the console check
+    // takes one without a display.
     static void choosePlatform(int argc, const char* const* argv);
 
 private:
