@@ -22,8 +22,9 @@ public:
     void appendThread(QThread* thread);
 
     // Tells each registered thread to quit, in the order of registration, and serves this thread's
-    // events until it has ended. There is no time limit: a thread that never ends its event loop
-    // keeps the caller here.
+    // events until it has ended. There is no time limit here: a thread that never ends its event
+    // loop keeps the caller here, in a program that calls ProcessEnd::watch() until the end is
+    // forced, half a second after it was asked for.
     void shutdownThreads();
 
     // As QApplication; an exception that escapes the handler is logged at debug level, and the
@@ -32,7 +33,7 @@ public:
 
 public slots:
     // Requests the end of the process, ends the registered threads, then the event loop with result
-    // 0.
+    // 0. What takes longer than ProcessEnd leaves it is cut short.
     void quitApp();
 
 private:
