@@ -19,9 +19,11 @@ RemoteControl::Failures RemoteControl::registerOnBus()
         failures.service = bus.lastError().message();
     if (!bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots))
         failures.object = bus.lastError().message();
-    // By its string form: the bus connects to slots by name only.
-    bus.connect(serviceName, objectPath, interfaceName, QStringLiteral("quitApp"), this,
-                SLOT(quitApp()));
+    // By its string form: the bus connects to slots by name only. Not to a bus that has gone away
+    // meanwhile: Qt would ask that for the service's owner, on which libdbus aborts.
+    if (bus.isConnected())
+        bus.connect(serviceName, objectPath, interfaceName, QStringLiteral("quitApp"), this,
+                    SLOT(quitApp()));
     return failures;
 }
 

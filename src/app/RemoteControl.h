@@ -20,8 +20,8 @@ public:
         std::optional<QString> object;
     };
 
-    // Registers the service and this object on the session bus and listens to the signal. Waits for
-    // the bus's answers. To be called on this object's thread.
+    // Registers the service and this object on the session bus and, where there is one, listens to
+    // the signal. Waits for the bus's answers. To be called on this object's thread.
     Failures registerOnBus();
 
 signals:

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QDBusConnection>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QThread>
 
 #include <cerrno>
@@ -32,6 +33,19 @@ QByteArray socketName()
             return '\0' + QByteArray::fromPercentEncoding(pair.mid(9));
     }
     return {};
+}
+
+// The name that a socket of this process is connected to, empty for anything else.
+QByteArray peerName(int descriptor)
+{
+    sockaddr_un peer {};
+    socklen_t size = sizeof(peer);
+    if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) != 0
+        || peer.sun_family != AF_UNIX)
+        return {};
+    const int length = static_cast<int>(size - offsetof(sockaddr_un, sun_path));
+    const QByteArray name(peer.sun_path, qMin(length, static_cast<int>(sizeof(peer.sun_path))));
+    return name.startsWith('\0') ? name : QByteArray(name.constData()); // a path ends at its NUL
 }
 
 // Closes its socket, which does not block, with the object.
@@ -85,12 +99,12 @@ private:
 
 } // namespace
 
-bool SessionBus::answers(std::chrono::milliseconds limit)
+bool SessionBus::answers(const QDeadlineTimer& deadline)
 {
     const QByteArray name = socketName();
     if (name.isEmpty())
         return true;
-    Probe probe {QDeadlineTimer(limit)};
+    Probe probe(deadline);
     const int error = probe.connect(name);
     return error == 0 ? probe.hasAnswer() : error != EAGAIN;
 }
@@ -102,4 +116,16 @@ void SessionBus::doWithout()
     qputenv(addressVariable, "disabled:");
     QDBusConnection::sessionBus(); // kept by Qt for all that ask later, though it has failed
     wasSet ? qputenv(addressVariable, address) : qunsetenv(addressVariable);
+}
+
+void SessionBus::hangUp()
+{
+    const QByteArray name = socketName();
+    if (name.isEmpty())
+        return;
+    for (const QString& descriptor :
+         QDir("/proc/self/fd").entryList(QDir::System | QDir::AllEntries)) {
+        if (peerName(descriptor.toInt()) == name)
+            ::shutdown(descriptor.toInt(), SHUT_RDWR);
+    }
 }
