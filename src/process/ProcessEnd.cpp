@@ -1,12 +1,13 @@
 #include "process/ProcessEnd.h"
 
+#include <QDebug>
 #include <QSemaphore>
 
-#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -22,16 +23,28 @@ constexpr std::chrono::milliseconds grace {3000}; // slower, and its look for le
 constexpr std::chrono::milliseconds grace {500};
 #endif
 
+// How long the end waits for a last action that another thread is at: starting a program takes some
+// milliseconds, but it may be what the process is stuck in.
+constexpr std::chrono::milliseconds patience {300};
+
 QSemaphore requests;
-std::atomic<void (*)()> lastAction {nullptr};
 
 // Held for good by the thread that ends the process, so that no other ends it half-way through.
 std::mutex ending;
 
+// Held by whoever does the last action, or what stands for it, and for good by the end of the
+// process: what comes after that is too late.
+std::timed_mutex acting;
+void (*lastAction)() = nullptr;
+
 void doLastAction()
 {
-    if (const auto action = lastAction.exchange(nullptr))
-        action();
+    std::unique_lock lock(acting, patience);
+    if (!lock)
+        return;
+    if (lastAction)
+        lastAction();
+    lock.release();
 }
 
 // The objects of main live on, and a stuck thread may hold the locks of the standard streams.
@@ -46,11 +59,15 @@ void doLastAction()
 
 void ProcessEnd::watch()
 {
-    std::thread([] {
-        requests.acquire();
-        std::this_thread::sleep_for(grace);
-        endForcibly();
-    }).detach();
+    try {
+        std::thread([] {
+            requests.acquire();
+            std::this_thread::sleep_for(grace);
+            endForcibly();
+        }).detach();
+    } catch (const std::system_error& error) {
+        qWarning() << "a quit has to wait for what the program waits for:" << error.what();
+    }
 }
 
 void ProcessEnd::request()
@@ -60,16 +77,24 @@ void ProcessEnd::request()
 
 void ProcessEnd::setLastAction(void (*action)())
 {
+    const std::lock_guard lock(acting);
     lastAction = action;
+}
+
+void ProcessEnd::insteadOfLastAction(const std::function<void()>& action)
+{
+    const std::lock_guard lock(acting);
+    lastAction = nullptr;
+    action();
 }
 
 void ProcessEnd::now(int status)
 {
+    std::fflush(nullptr); // may wait for a stuck thread's stream, and must not keep `ending` then
     const std::lock_guard lock(ending);
     doLastAction();
 #ifdef __SANITIZE_ADDRESS__
     __lsan_do_leak_check();
 #endif
-    std::fflush(nullptr);
     std::_Exit(status);
 }
