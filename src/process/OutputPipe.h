@@ -1,19 +1,20 @@
 #pragma once
 
+#include "process/Pipe.h"
+
 #include <QByteArray>
 #include <QString>
 
 class QProcess;
 
 // A pipe that takes the standard output of a program, for a reader who has to know when that is
-// closed: QProcess tells of it only when the program ends. Without descriptors for it, there is
-// nothing at its path.
+// closed, or for whom it may be large: QProcess tells of a closed output only when the program
+// ends, and holds one twice while it is handed over.
 class OutputPipe
 {
 public:
+    // Throws std::system_error when there are no descriptors for it.
     OutputPipe();
-    ~OutputPipe();
-    Q_DISABLE_COPY_MOVE(OutputPipe)
 
     // What this process opens to write to the pipe, until the call below.
     QString path() const;
@@ -21,15 +22,21 @@ public:
     // To be called when the program has started: from then on only that holds the pipe open.
     void closeWriteEnd();
 
-    // Gives what the program prints until it closes its output or ends; the latter, because a
-    // process that it left behind may keep the output open for as long as it likes. Waits without
-    // limit and pumps no events.
-    QByteArray readUntilClosed(QProcess& program);
+    // Takes what the program prints: waits up to 10 ms for some and pumps no events. True as long
+    // as more may come, which is until the program closes its output or ends; the latter, because a
+    // process that it left behind may keep the output open for as long as it likes.
+    bool takeMore(QProcess& program);
+
+    // All that was taken. Throws std::bad_alloc when that did not fit into the memory.
+    const QByteArray& output() const;
 
 private:
-    // Waits up to `milliseconds` for output and appends what there is, 64 KiB at most, which is all
-    // that a pipe holds. False once the output is closed and read to its end.
-    bool read(QByteArray& output, int milliseconds);
+    bool read(int milliseconds);
+    void readRest();
+    int readOnce();
+    void append(const char* bytes, int size);
 
-    int m_ends[2] = {-1, -1}; // to read from, to write to
+    Pipe m_pipe;
+    QByteArray m_output;
+    bool m_fits = true;
 };

@@ -3,7 +3,6 @@
 #include "database/PlatformFolders.h"
 #include "database/SystemMessage.h"
 #include "process/ChildProcess.h"
-#include "process/OutputFile.h"
 #include "process/OutputPipe.h"
 #include "process/ShellCommand.h"
 
@@ -24,7 +23,7 @@ constexpr int endWaitMs = 100; // for a script that has closed its output
 
 // What a log line holds of an output. All of it would be several times as long as the output: a
 // hundred megabytes of it stop the updater for seconds, and more exhausts a board's memory.
-constexpr int loggedBytes = 4096;
+constexpr int loggedSize = 4096;
 
 QString scriptsFolder()
 {
@@ -55,12 +54,12 @@ QByteArray lessLastByte(const QByteArray& output)
     return QByteArray::fromRawData(output.constData(), qMax(0, output.size() - 1));
 }
 
-void logOutput(const QByteArray& output)
+template <typename Text> void logOutput(const Text& output, const char* more)
 {
-    if (output.size() <= loggedBytes)
+    if (output.size() <= loggedSize)
         qDebug() << output;
     else
-        qDebug() << output.left(loggedBytes) << "and bytes more:" << output.size() - loggedBytes;
+        qDebug() << output.left(loggedSize) << more << output.size() - loggedSize;
 }
 
 void postStartFailure(const char* text, const QString& command)
@@ -99,11 +98,13 @@ void awaitStart(QProcess& process)
     }
 }
 
-void awaitEnd(QProcess& process)
+void awaitEnd(QProcess& process, OutputPipe& output)
 {
     constexpr unsigned extraPumpEvery = 1000;
     pumpEvents();
-    for (unsigned waits = 1; !process.waitForFinished(shortWaitMs) && !hasEnded(process); ++waits) {
+    for (unsigned waits = 1;
+         output.takeMore(process) || !(process.waitForFinished(shortWaitMs) || hasEnded(process));
+         ++waits) {
         pumpEvents();
         if (waits % extraPumpEvery == 0)
             pumpEvents();
@@ -136,22 +137,22 @@ template <typename Run> QString resultOf(const char* operation, const QString& p
 
 QString outputOf(const QString& program, const QStringList& args)
 {
-    OutputFile file;
+    OutputPipe pipe;
     ChildProcess process;
-    process.setStandardOutputFile(file.path(), QIODevice::Append);
-    process.start(program, args);
+    process.setStandardOutputFile(pipe.path());
+    process.launch(program, args);
     qDebug() << "launch program"
              << "wait for started" << program << args;
     awaitStart(process);
+    pipe.closeWriteEnd();
     qDebug() << "launch program"
              << "wait for finished";
-    awaitEnd(process);
+    awaitEnd(process, pipe);
 
-    const QByteArray content = file.content();
-    const QByteArray output = lessLastByte(content);
+    const QByteArray output = lessLastByte(pipe.output());
     qDebug() << "launch program"
              << "finished";
-    logOutput(output);
+    logOutput(output, "and bytes more:");
     qDebug() << process.error();
     qDebug() << process.errorString();
     process.warnUnlessSuccessful();
@@ -176,7 +177,7 @@ QString ScriptLauncher::outputOfScript(const QString& script, const QStringList&
     qDebug() << "launchScript:" << script << argList;
     OutputPipe pipe;
     m_scriptProcess->setStandardOutputFile(pipe.path());
-    m_scriptProcess->start(script, argList);
+    m_scriptProcess->launch(script, argList);
     if (!m_scriptProcess->waitForStarted(longWaitMs)) {
         qDebug() << "there was an error starting script " << script
                  << m_scriptProcess->errorString();
@@ -184,14 +185,16 @@ QString ScriptLauncher::outputOfScript(const QString& script, const QStringList&
         return QStringLiteral("there was an error starting script.");
     }
     pipe.closeWriteEnd();
-    QString text = textOf(pipe.readUntilClosed(*m_scriptProcess));
+    while (pipe.takeMore(*m_scriptProcess))
+        ;
+    QString text = textOf(pipe.output());
     // Most scripts close their output by ending.
     const bool endedByItself
         = hasEnded(*m_scriptProcess) || m_scriptProcess->waitForFinished(endWaitMs);
     m_scriptProcess->close();
     // Kept: a character goes here and a byte in launchProgram, as the platform's scripts know it.
     text.chop(1);
-    qDebug() << text;
+    logOutput(text, "and characters more:");
     if (endedByItself)
         m_scriptProcess->warnUnlessSuccessful();
     return text;
@@ -221,15 +224,17 @@ void ScriptLauncher::launchDetachedProcess(const QString& command, QStringList a
     argList.prepend(program);
     qDebug() << "launchDetachedProcess:" << program << argList;
     ChildProcess process;
-    process.start(detachingScript(), argList);
+    // Not a pipe, which the platform would inherit and, once it is full, stand still for good.
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.launch(detachingScript(), argList);
     if (!process.waitForStarted(longWaitMs)) {
         qDebug() << "Failed to execute";
         postStartFailure("System Command Failed [%1]", program);
     }
-    if (!process.waitForFinished(longWaitMs))
+    if (!process.waitForFinished(longWaitMs)) {
         qDebug() << "Failed to execute";
-    process.waitForReadyRead(longWaitMs);
-    process.readAllStandardOutput();
+        process.waitForFinished(longWaitMs);
+    }
     if (hasEnded(process))
         process.warnUnlessSuccessful();
 }
@@ -251,7 +256,7 @@ QString ScriptLauncher::runScript(const QString& command, const QStringList& arg
     int arrivals = 0;
     ChildProcess process;
     connect(&process, &QProcess::readyReadStandardOutput, this, [&arrivals] { ++arrivals; });
-    process.start(command, args);
+    process.launch(command, args);
     if (!process.waitForStarted(longWaitMs)) {
         postStartFailure("Script Failed [%1]", command);
         // Kept: the capital letter, by which the log is searched for this failure alone.
@@ -284,7 +289,8 @@ ScriptLauncher::Progress ScriptLauncher::reportProgress(QProcess& process, int& 
 bool ScriptLauncher::systemCommand(const QString& command, const QStringList& argList)
 {
     ChildProcess process;
-    process.start(command, argList);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.launch(command, argList);
     qDebug() << "systemCommand:" << command << argList;
     if (!process.waitForStarted(longWaitMs)) {
         qDebug() << "Failed to execute";

@@ -26,8 +26,9 @@ public:
 
     // Runs a script (script name) and gives its output less the last character, usually the line
     // end. Waits 30 s for the start and without limit until the script has closed its output or has
-    // ended, and pumps no events; a script that still runs 100 ms after closing it is killed. When
-    // it does not start: "there was an error starting script.", a log line and a system message.
+    // ended, and pumps no events; a script that still runs 100 ms after closing it is killed. The
+    // log has the first 4096 characters. When it does not start: "there was an error starting
+    // script.", a log line and a system message.
     Q_INVOKABLE QString launchScript(const QString& program, const QStringList& argList = {});
 
     // Runs a program (script name) to its end, pumping events, and gives its output less the last
@@ -42,9 +43,9 @@ public:
 
     // Starts a program so that it outlives the updater, by the platform's helper script
     // "start_detached_process.sh" in the scripts folder. A relative name is taken from the current
-    // folder. Pumps no events; waits 30 s each for the helper's
-    // start, its end and its output, and drops the output. A helper that does not start shows in
-    // the log and as a system message, one that does not end in the log.
+    // folder. Pumps no events; waits 30 s for the helper's start, 30 s for its end and, with a line
+    // in the log, 30 s more; it is killed when it still runs then. What is printed goes nowhere. A
+    // helper that does not start shows in the log and as a system message.
     Q_INVOKABLE void launchDetachedProcess(const QString& command, QStringList argList = {});
 
     // The same for the end of the process, when nothing may be waited for, nor the log be used: for

@@ -10,21 +10,25 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QTimer>
 #include <QWindow>
 
 #include <csignal>
+#include <cstdio>
 #include <functional>
 #include <map>
+#include <thread>
 #include <unistd.h>
 
 namespace {
 
-// Writes to both of its outputs once the updater is gone, and ends at the first write that fails.
+// Writes more than a pipe holds once the updater is gone, and ends at the first write that fails.
 const QString job
     = QStringLiteral("set -e; touch /tmp/started; until [ -e /tmp/go ]; do sleep 0.05; "
-                     "done; echo x; echo y >&2; echo z; touch /tmp/done");
+                     "done; head -c 200000 /dev/zero; echo y >&2; echo z; touch /tmp/done");
 const QStringList jobArguments {"-c", job};
 
 void sleepForGood()
@@ -38,7 +42,7 @@ const std::map<QString, std::function<void()>> waits {
     {"script", [] { ScriptLauncher().launchScript("/bin/sh", jobArguments); }},
     {"progress", [] { ScriptLauncher().runScript("/bin/sh", jobArguments); }},
     {"command", [] { ScriptLauncher().systemCommand("/bin/sh", jobArguments); }},
-    {"shell", [] { ScriptLauncher().executeSystemCommand(job); }},
+    {"shell", [] { ScriptLauncher().executeSystemCommand("exec >/dev/null;" + job); }},
     {"events",
      [] {
          LaunchAsync launcher;
@@ -51,6 +55,14 @@ const std::map<QString, std::function<void()>> waits {
          ScriptLauncher().launchProgram("/nowhere/missing");
      }},
     {"sleep", sleepForGood},
+    {"stream",
+     [] {
+         std::thread([] {
+             flockfile(stdout);
+             sleepForGood();
+         }).detach();
+         QCoreApplication::exec();
+     }},
     {"window",
      [] {
          QWindow window;
@@ -59,6 +71,7 @@ const std::map<QString, std::function<void()>> waits {
          QTimer::singleShot(0, [] { ScriptLauncher().launchProgram("/bin/sh", jobArguments); });
          QCoreApplication::exec();
      }},
+    {"bus", [] { QDBusConnection::sessionBus(); }}, // which nobody has to end by force
     {"restart",
      [] {
          SoftwareManager manager;
@@ -124,7 +137,7 @@ private slots:
         for (const char* const wait :
              {"program", "script", "progress", "command", "shell", "events"})
             QTest::newRow(wait) << true;
-        for (const char* const wait : {"nothing", "sleep"})
+        for (const char* const wait : {"nothing", "sleep", "stream"})
             QTest::newRow(wait) << false;
     }
 
@@ -193,6 +206,21 @@ private slots:
         QVERIFY(Dispenser::waitForRecord("vemlo start"));
         QTest::qWait(200);
         QCOMPARE(Dispenser::record(), QStringList("vemlo start"));
+    }
+
+    void aBusThatFallsSilentHoldsNothingUp()
+    {
+        QLocalServer bus;
+        QVERIFY(bus.listen("/tmp/bus"));
+        connect(&bus, &QLocalServer::newConnection, &bus, [&bus] {
+            bus.nextPendingConnection()->write("OK " + QByteArray(32, '0') + "\r\n");
+        });
+        const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/tmp/bus");
+        Updater updater("bus");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        QTRY_COMPARE_WITH_TIMEOUT(updater.state(), QProcess::NotRunning, 10000);
+        QVERIFY(updater.exitStatus() == QProcess::NormalExit && updater.exitCode() == 0);
     }
 };
 
