@@ -4,6 +4,7 @@
 #include "database/SystemMessage.h"
 #include "process/ChildProcess.h"
 #include "process/OutputPipe.h"
+#include "process/ProcessEnd.h"
 #include "process/ShellCommand.h"
 
 #include <QCoreApplication>
@@ -13,6 +14,7 @@
 
 #include <cstring>
 #include <exception>
+#include <utility>
 
 namespace {
 
@@ -220,13 +222,24 @@ QString ScriptLauncher::launchProgramWithDelay(const QString& command, const QSt
 
 void ScriptLauncher::launchDetachedProcess(const QString& command, QStringList argList)
 {
+    launchDetached(command, std::move(argList), [](const Start& start) { start(); });
+}
+
+void ScriptLauncher::launchLastAction(const QString& command, QStringList argList)
+{
+    launchDetached(command, std::move(argList), &ProcessEnd::insteadOfLastAction);
+}
+
+void ScriptLauncher::launchDetached(const QString& command, QStringList argList,
+                                    const std::function<void(const Start&)>& starter)
+{
     const QString program = command.startsWith('/') ? command : QDir::currentPath() + '/' + command;
     argList.prepend(program);
     qDebug() << "launchDetachedProcess:" << program << argList;
     ChildProcess process;
     // Not a pipe, which the platform would inherit and, once it is full, stand still for good.
     process.setStandardOutputFile(QProcess::nullDevice());
-    process.launch(detachingScript(), argList);
+    starter([&] { process.launch(detachingScript(), argList); });
     if (!process.waitForStarted(longWaitMs)) {
         qDebug() << "Failed to execute";
         postStartFailure("System Command Failed [%1]", program);

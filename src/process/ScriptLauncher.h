@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
+
 class ChildProcess;
 class QProcess;
 
@@ -48,6 +50,10 @@ public:
     // helper that does not start shows in the log and as a system message.
     Q_INVOKABLE void launchDetachedProcess(const QString& command, QStringList argList = {});
 
+    // The same in place of the process's last action (ProcessEnd), so that the program is started
+    // once whenever the process ends meanwhile.
+    void launchLastAction(const QString& command, QStringList argList);
+
     // The same for the end of the process, when nothing may be waited for, nor the log be used: for
     // an absolute path, without a wait for the helper. False when that does not start. Any thread.
     static bool startDetachedProcess(const QString& program, const QStringList& args);
@@ -79,6 +85,12 @@ signals:
     void loadCompleted(QVariant value, QVariant status);
 
 private:
+    using Start = std::function<void()>;
+
+    // `starter` is to call what it is given.
+    void launchDetached(const QString& command, QStringList argList,
+                        const std::function<void(const Start&)>& starter);
+
     QString outputOfScript(const QString& script, const QStringList& argList);
 
     struct Progress

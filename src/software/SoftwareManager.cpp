@@ -107,8 +107,7 @@ void SoftwareManager::stopMerivon()
 
 void SoftwareManager::startMerivon()
 {
-    ProcessEnd::setLastAction(nullptr);
-    ScriptLauncher().launchDetachedProcess(controlCommand, {QStringLiteral("start")});
+    ScriptLauncher().launchLastAction(controlCommand, {QStringLiteral("start")});
     ProcessEnd::request();
     QCoreApplication::quit();
 }

@@ -85,6 +85,16 @@ const std::map<QString, std::function<void()>> waits {
          manager.quitAndStartMerivon();
          ScriptLauncher().launchProgram("/bin/sh", jobArguments);
      }},
+    {"restart and log",
+     [] {
+         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& line) {
+             if (line.startsWith("launchDetachedProcess:"))
+                 sleepForGood();
+         });
+         SoftwareManager manager;
+         manager.quitAndStartMerivon();
+         QCoreApplication::exec();
+     }},
     {"restart and sleep",
      [] {
          SoftwareManager manager;
@@ -190,6 +200,7 @@ private slots:
         QTest::addColumn<bool>("quit");
         QTest::newRow("restart") << true;
         QTest::newRow("restart and sleep") << true;
+        QTest::newRow("restart and log") << true;
         QTest::newRow("restart and program") << false;
     }
 
