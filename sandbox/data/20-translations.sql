@@ -55,6 +55,11 @@ INSERT INTO translations(key, english, french, german, spanish, used) VALUES
 ('Can not delete software version currently running', 'Can not delete software version currently running',
  'Impossible de supprimer la version en cours d’exécution',
  'Die laufende Version kann nicht gelöscht werden', 'No se puede eliminar la versión en ejecución', 0),
+('This version can not be deleted', 'This version can not be deleted',
+ 'Impossible de supprimer cette version', 'Diese Version kann nicht gelöscht werden',
+ 'No se puede eliminar esta versión', 0),
+('No new version was added', 'No new version was added', 'Aucune version n’a été ajoutée',
+ 'Es ist keine Version hinzugekommen', 'No se ha añadido ninguna versión', 0),
 ('Are you sure ?', 'Are you sure?', 'Êtes-vous sûr ?', 'Sind Sie sicher?', '¿Está seguro?', 0),
 ('Yes', 'Yes', 'Oui', 'Ja', 'Sí', 0),
 ('No', 'No', 'Non', 'Nein', 'No', 0);

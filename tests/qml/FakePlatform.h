@@ -30,6 +30,7 @@ public:
     Q_INVOKABLE QVariantList getMerivonVersions()
     {
         ++reads;
+        meanwhile();
         return versions;
     }
     Q_INVOKABLE QVariantList getMFVVersions() { return images; }
@@ -45,7 +46,11 @@ public:
         meanwhile();
     }
     Q_INVOKABLE void logImport(const QString& path) { calls << "logImport " + path; }
-    Q_INVOKABLE void logInstall(const QString& version) { calls << "logInstall " + version; }
+    Q_INVOKABLE void logInstall(const QString& version)
+    {
+        calls << "logInstall " + version;
+        meanwhile();
+    }
     Q_INVOKABLE void logDeleted(const QString& version) { calls << "logDeleted " + version; }
     Q_INVOKABLE void quitAndStartMerivon() { calls << "quitAndStartMerivon"; }
 };
@@ -59,10 +64,14 @@ public:
     QHash<QString, QString> texts;
     QString language;
     QStringList lookUps;
+    QString slowKey;
+    std::function<void()> meanwhile = [] {};
 
     Q_INVOKABLE QString lookUp(const QString& key)
     {
         lookUps << key;
+        if (key == slowKey)
+            meanwhile();
         return texts.value(key + language, key);
     }
 

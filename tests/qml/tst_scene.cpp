@@ -44,9 +44,13 @@ private slots:
         QVERIFY(stage.tap("Install Software"));
         QTRY_VERIFY(stage.shows("0:00") && stage.visible("text", package).size() > inTheList);
         QTRY_VERIFY(stage.shows("0:01"));
+        stage.js("busy.countedAt -= 3600000"); // the dispenser's clock is set forward, and back
+        QTRY_VERIFY(stage.shows("0:02"));
+        stage.js("busy.countedAt += 7200000");
+        QTRY_VERIFY(stage.shows("0:03"));
         emit stage.launcher("import")->endLaunch("");
         emit stage.launcher("import")->endLaunch("");
-        QVERIFY(!stage.shows("0:01"));
+        QVERIFY(!stage.shows("0:03"));
     }
 
     // The prescribed word does not look at the command's result.
@@ -225,6 +229,8 @@ private slots:
             commands.clear();
         }
         QVERIFY(stage.tap("Yes"));
+        QTRY_VERIFY(
+            stage.shows(word.isEmpty() ? "This version can not be deleted" : "Software Deleted"));
         QCOMPARE(stage.scripts.commands, commands);
         QCOMPARE(stage.manager.calls.contains("logDeleted " + version), !word.isEmpty());
 

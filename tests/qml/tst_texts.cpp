@@ -170,7 +170,8 @@ private slots:
         QVERIFY(stage.tap(text("Yes")) && stage.tap(text("Import New Software")));
         look(stage, "files");
         stage.js("msgPopUp.showMessage(vemTranslations.lookUp("
-                 "'Can not delete software version currently running'))");
+                 "'Can not delete software version currently running'));"
+                 "msgPopUp.showDetail(vemTranslations.lookUp('No new version was added'))");
         look(stage, "bar");
         for (const auto& key : qAsConst(stage.translations.lookUps))
             QVERIFY2(stage.translations.texts.contains(key + language), qPrintable(key));

@@ -81,6 +81,9 @@ private slots:
             stage.js(off);
             QVERIFY(stage.tap("B") && stage.is("clicks === 1"));
         }
+        stage.js("b.checked = false"); // of the hidden one the label is left
+        QVERIFY(stage.shows("B") && stage.visible("gradient").isEmpty());
+        QVERIFY(stage.visible("fillMode").isEmpty());
     }
 
     void popUpGoesInTimeAndGivesTheTouchesBack()

@@ -8,22 +8,27 @@ Widget_MenuPage {
     id: advancePanel
 
     function importFile(path) {
+        busy.begin(manager.getFileName(path));
+        busy.end(function() { importNow(path); });
+    }
+
+    function importNow(path) {
         msgPopUp.showMessage("Importing, please wait...", 0, true, true);
-        busy.hold(manager.getFileName(path), function() { manager.importSoftwareFromFile(path); });
+        manager.importSoftwareFromFile(path);
         msgPopUp.hideMessage();
         msgPopUp.showMessage("File has been imported successfully!");
         // Nobody tells how the import ended; the store shows whether it brought anything.
         var before = controls.listed();
         controls.reload();
         if (controls.listed() === before)
-            msgPopUp.showDetail("No new version was added");
+            msgPopUp.showDetail(vemTranslations.lookUp("No new version was added"));
     }
 
     MainPanelControls {
         id: controls
         anchors.fill: parent
         anchors.margins: 10
-        onImportRequested: fileDialog.show()
+        onImportRequested: busy.hold(fileDialog.show)
     }
 
     // Above the controls: it is the way out of their delete question.
@@ -42,6 +47,7 @@ Widget_MenuPage {
         filterNames: ["quillmark-*.tar.gz", "*.hex"]
         currentPath: MEDIA_DIRECTORY
         chooseButtonName: vemTranslations.lookUp("Import") + vemTranslations.languageBinder
+        hold: busy.hold
         onChooseFile: advancePanel.importFile(filePath)
     }
 }

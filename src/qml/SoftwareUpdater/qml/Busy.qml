@@ -13,6 +13,7 @@ MultiPointTouchArea {
     // The file or version worked on, as it is named, and how long so far, as "1:23".
     property string subject: ""
     readonly property string time: Math.floor(seconds / 60) + ":" + ("0" + seconds % 60).slice(-2)
+    readonly property int seconds: Math.round(elapsed / 1000)
 
     // A message hides the panels. It lies above this then, as it may have something to tap.
     property bool covered: false
@@ -21,30 +22,58 @@ MultiPointTouchArea {
 
     property int tasks: 0
     property bool leaving: false
-    property double startedAt: 0
-    property int seconds: 0
+    // Milliseconds: how long so far, and when that was found.
+    property double elapsed: 0
+    property double countedAt: 0
 
     // Work that leaves the scene alive, until as many calls of end().
     function begin(name) {
         tasks += 1;
         subject = name;
-        startedAt = Date.now();
-        seconds = 0;
+        elapsed = 0;
+        countedAt = Date.now();
     }
 
-    function end() { tasks = Math.max(0, tasks - 1); }
+    // The work is done; `lastStep` tells of it and may take a while, as hold()'s may.
+    function end(lastStep) {
+        try {
+            hold(lastStep);
+        } finally {
+            finish();
+        }
+    }
 
     // Does a step during which the scene may stand still. Touches are kept for later then, so they
-    // are taken on until those that were made meanwhile have come and the new screen is drawn.
-    function hold(name, step) {
-        begin(name);
+    // are taken on until those that were made meanwhile have come and the new screen is drawn. What
+    // `step` throws is passed on.
+    function hold(step) {
+        var before = Date.now();
+        tasks += 1;
         try {
             step();
         } finally {
-            settling.turns = 0;
-            settling.restart();
-            end();
+            if (!isShort(Date.now() - before))
+                settle();
+            finish();
         }
+    }
+
+    function finish() { tasks = Math.max(0, tasks - 1); }
+
+    // Whether nobody touches twice in so many milliseconds, so that nothing was touched meanwhile.
+    // Less than none may be any time: the clock was set back.
+    function isShort(milliseconds) { return milliseconds >= 0 && milliseconds < 50; }
+
+    function settle() {
+        settling.turns = 0;
+        settling.restart();
+    }
+
+    // The clock of the dispenser may be set while a program runs; a second has passed then.
+    function count() {
+        var step = Date.now() - countedAt;
+        elapsed += step < 0 || step > 10000 ? 1000 : step;
+        countedAt += step;
     }
 
     // The updater ends; no touch acts any more.
@@ -69,11 +98,10 @@ MultiPointTouchArea {
         }
     }
 
-    // The clock of the dispenser may be set while a program runs.
     Timer {
         interval: 1000
         repeat: true
         running: busy.tasks > 0
-        onTriggered: busy.seconds = Math.max(0, Math.round((Date.now() - busy.startedAt) / 1000))
+        onTriggered: busy.count()
     }
 }

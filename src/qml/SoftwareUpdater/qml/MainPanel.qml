@@ -12,21 +12,33 @@ Rectangle {
     // Made when it is shown first: the start does not wait for what few technicians open.
     property Item advanceOptionsPanel: null
 
+    // A panel that comes into sight may be made first, read the store or wait for the database:
+    // touches of that time were made on the panel before.
     function showChoicePanel() {
-        showOnly(choicePanel);
-        pageTitleLabel.text = Qt.binding(function() { return mainPanel.pageTitle; });
+        busy.hold(function() {
+            showOnly(choicePanel);
+            pageTitleLabel.text = Qt.binding(function() { return mainPanel.pageTitle; });
+        });
     }
 
     function showUpdatePanel() {
-        showOnly(updatePanel);
-        setTitle("Update Software");
+        busy.hold(function() {
+            showOnly(updatePanel);
+            setTitle("Update Software");
+        });
     }
 
     function showAdvanceOptionsPanel() {
+        busy.hold(function() {
+            makeAdvanceOptionsPanel();
+            showOnly(advanceOptionsPanel);
+            setTitle("Advanced Options");
+        });
+    }
+
+    function makeAdvanceOptionsPanel() {
         if (!advanceOptionsPanel)
             advanceOptionsPanel = Qt.createComponent("AdvanceOptionsPanel.qml").createObject(mainPanel);
-        showOnly(advanceOptionsPanel);
-        setTitle("Advanced Options");
     }
 
     function showOnly(panel) {

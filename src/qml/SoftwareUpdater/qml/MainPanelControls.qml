@@ -71,11 +71,10 @@ Item {
         var reason = VersionRemoval.refusal(version);
         if (reason !== "") {
             console.warn("nothing deleted,", reason);
+            msgPopUp.showMessage(vemTranslations.lookUp("This version can not be deleted"));
             return;
         }
-        busy.hold(version, function() {
-            vemScriptLauncher.executeSystemCommand(VersionRemoval.command(version));
-        });
+        vemScriptLauncher.executeSystemCommand(VersionRemoval.command(version));
         msgPopUp.showMessage("Software Deleted");
         manager.logDeleted(version);
         reload();
@@ -102,10 +101,7 @@ Item {
             vemTranslations.lookUp("KeyCloseDatabase");
             manager.logInstall(controls.version);
         }
-        onEndLaunch: {
-            busy.end();
-            controls.endInstall(result);
-        }
+        onEndLaunch: busy.end(function() { controls.endInstall(result); })
     }
 
     LaunchAsync {
@@ -117,10 +113,7 @@ Item {
             busy.begin(image);
             msgPopUp.showMessage("Updating firmware (approx 4 min), please wait...", 0, true, true);
         }
-        onEndLaunch: {
-            busy.end();
-            msgPopUp.showMessage(result, 1000, true);
-        }
+        onEndLaunch: busy.end(function() { msgPopUp.showMessage(result, 1000, true); })
     }
 
     LabelSize {
@@ -173,7 +166,7 @@ Item {
                         actionButton: true
                         txtBtnObjPointSize: labelSize.pointSize
                         btnText: vemTranslations.lookUp("Install") + vemTranslations.languageBinder
-                        onButtonClicked: controls.installVersion()
+                        onButtonClicked: busy.hold(controls.installVersion)
                     }
 
                     Widget_Vemlo_Button {
@@ -181,7 +174,7 @@ Item {
                         actionButton: true
                         txtBtnObjPointSize: labelSize.pointSize
                         btnText: vemTranslations.lookUp("Remove") + vemTranslations.languageBinder
-                        onButtonClicked: controls.askToRemove()
+                        onButtonClicked: busy.hold(controls.askToRemove)
                     }
                 }
             }
@@ -209,7 +202,7 @@ Item {
                     actionButton: true
                     txtBtnObjPointSize: labelSize.pointSize
                     btnText: vemTranslations.lookUp("Install") + vemTranslations.languageBinder
-                    onButtonClicked: controls.updateFirmware()
+                    onButtonClicked: busy.hold(controls.updateFirmware)
                 }
             }
         }
@@ -228,6 +221,6 @@ Item {
         label: vemTranslations.lookUp("Delete Sotware Version?") + vemTranslations.languageBinder
         yesButtonText: vemTranslations.lookUp("Yes") + vemTranslations.languageBinder
         noButtonVisible: false
-        onYes: controls.removeVersion()
+        onYes: busy.hold(controls.removeVersion)
     }
 }

@@ -35,7 +35,7 @@ Widget_MenuPage {
     }
 
     // However long a slow stick takes: its touches are lost, so this panel stays in sight.
-    function listMedia() { busy.hold("", readMedia); }
+    function listMedia() { busy.hold(readMedia); }
 
     function readMedia() {
         if (!manager.mediaDeviceExist()) {
@@ -67,6 +67,12 @@ Widget_MenuPage {
             firmwareLauncher.launch("/usr/local/bin/vemlo", ["firmware", "update", selectedPath]);
         // Kept: for any other firmware image nothing runs, until another entry is chosen.
         showCurrentVersion();
+    }
+
+    function endFirmware(result) {
+        msgPopUp.showMessage(flashedText);
+        msgPopUp.showDetail(CommandOutput.complaint(result));
+        offerNextInstall();
     }
 
     function showBusy(text, name) {
@@ -147,11 +153,7 @@ Widget_MenuPage {
                                              : updatePanel.installingText, fileName);
         }
         onEndLaunch: {
-            busy.end();
-            if (stage === 0)
-                endImport(result);
-            else
-                endInstall(result);
+            busy.end(function() { stage === 0 ? endImport(result) : endInstall(result); });
         }
     }
 
@@ -159,12 +161,7 @@ Widget_MenuPage {
         id: firmwareLauncher
         onBeginLaunch: updatePanel.showBusy(updatePanel.flashingText,
                                             manager.getFileName(updatePanel.selectedPath))
-        onEndLaunch: {
-            busy.end();
-            msgPopUp.showMessage(updatePanel.flashedText);
-            msgPopUp.showDetail(CommandOutput.complaint(result));
-            updatePanel.offerNextInstall();
-        }
+        onEndLaunch: busy.end(function() { updatePanel.endFirmware(result); })
     }
 
     Item {
@@ -237,7 +234,7 @@ Widget_MenuPage {
                     totBtnWidth: 200
                     state: stateDisabled()
                     btnText: vemTranslations.lookUp("Install Software") + vemTranslations.languageBinder
-                    onButtonClicked: updatePanel.install()
+                    onButtonClicked: busy.hold(updatePanel.install)
                 }
 
                 Row {

@@ -18,6 +18,7 @@ Item {
     property bool showImage: false
     property int imageFillMode: Image.PreserveAspectFit // not to distort other proportions
 
+    property bool showFace: true
     property color faceColor: "transparent"
     property bool showGradient: true
     property real faceOpacity: 1
@@ -40,6 +41,7 @@ Item {
         anchors.centerIn: parent
         width: look.faceWidth
         height: look.faceHeight
+        visible: look.showFace
         radius: VEMLO_STYLES.BUTTON_RADIUS
         border.width: 1
         opacity: look.faceOpacity

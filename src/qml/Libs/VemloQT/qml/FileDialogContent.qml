@@ -15,6 +15,22 @@ Item {
         return dialog.isDir(dialog.currentPath + "/" + name) ? "folder" : "file";
     }
 
+    function enter(name) {
+        dialog.enterFolder(name);
+        if (!dialog.isFile)
+            dialog.selectionCleared();
+    }
+
+    function goBack() {
+        dialog.leaveFolder();
+        dialog.selectionCleared();
+    }
+
+    function goHome() {
+        dialog.setOriginalPath();
+        dialog.selectionCleared();
+    }
+
     Rectangle {
         anchors.fill: parent
         anchors.margins: 4
@@ -54,11 +70,7 @@ Item {
             function onSelectionCleared() { list.currentListIndex = -1; }
         }
 
-        onClicked: {
-            content.dialog.enterFolder(currentListText);
-            if (!content.dialog.isFile)
-                content.dialog.selectionCleared();
-        }
+        onClicked: content.dialog.hold(function() { content.enter(currentListText); })
     }
 
     LabelSize {
@@ -77,10 +89,7 @@ Item {
             shortButton: true
             enabled: !content.dialog.disableChangingDirectory
             source: "file:///" + MERIVON_LOCATION_PICTURES_UI + "back.png"
-            onClicked: {
-                content.dialog.leaveFolder();
-                content.dialog.selectionCleared();
-            }
+            onClicked: content.dialog.hold(content.goBack)
         }
 
         Widget_Vemlo_Button2 {
@@ -89,10 +98,7 @@ Item {
             enabled: !content.dialog.disableChangingDirectory
             txtBtnObjPointSize: labelSize.pointSize
             text: qsTr("Home")
-            onClicked: {
-                content.dialog.setOriginalPath();
-                content.dialog.selectionCleared();
-            }
+            onClicked: content.dialog.hold(content.goHome)
         }
 
         Widget_Vemlo_Button2 {
@@ -101,7 +107,7 @@ Item {
             enabled: content.dialog.isFile
             txtBtnObjPointSize: labelSize.pointSize
             text: content.dialog.chooseButtonName
-            onClicked: content.dialog.choose()
+            onClicked: content.dialog.hold(content.dialog.choose)
         }
     }
 

@@ -8,6 +8,10 @@ FileHelper {
     property string title: currentPath
     property string chooseButtonName: qsTr("Choose")
 
+    // Does the steps that list a folder or look at a file, however long the medium takes. Who has a
+    // say in what touches may do meanwhile puts a function of its own here.
+    property var hold: function(step) { step(); }
+
     signal selectionCleared
 
     anchors.fill: parent

@@ -33,8 +33,8 @@ Item {
     ButtonLook {
         id: look
         anchors.fill: parent
-        visible: !button.hidden
-        showImage: true
+        showFace: !button.hidden
+        showImage: !button.hidden
         imageFillMode: Image.Stretch
         faceOpacity: button.enabled ? 1 : 0.35
         labelColor: button.enabled ? button.txtBtnObjectColor : "white"
