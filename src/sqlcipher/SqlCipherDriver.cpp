@@ -78,7 +78,6 @@ bool SqlCipherDriver::open(const QString& path, const QString& /*user*/,
         m_database = nullptr;
     }
     m_key.setDatabase(m_database);
-    m_rolledBack = false;
     setOpen(code == SQLITE_OK);
     setOpenError(code != SQLITE_OK);
     return code == SQLITE_OK;
@@ -97,6 +96,7 @@ void SqlCipherDriver::close()
     }
     m_database = nullptr;
     m_key.setDatabase(nullptr);
+    m_rolledBack = false;
     setOpen(false);
     setOpenError(false);
 }
@@ -155,6 +155,8 @@ void SqlCipherDriver::followTransaction(bool wasOpen, bool succeeded)
 
 QStringList SqlCipherDriver::tables(QSql::TableType type) const
 {
+    if (!isOpen())
+        return {};
     QStringList kinds;
     if (type & QSql::Tables)
         kinds.append(QStringLiteral("'table'"));
@@ -162,9 +164,10 @@ QStringList SqlCipherDriver::tables(QSql::TableType type) const
         kinds.append(QStringLiteral("'view'"));
     QStringList names;
     QSqlQuery query(createResult());
-    query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type IN (%1) UNION ALL"
-                              " SELECT name FROM sqlite_temp_master WHERE type IN (%1)")
-                   .arg(kinds.join(QLatin1Char(','))));
+    if (!kinds.isEmpty())
+        query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type IN (%1) UNION ALL"
+                                  " SELECT name FROM sqlite_temp_master WHERE type IN (%1)")
+                       .arg(kinds.join(QLatin1Char(','))));
     while (query.next())
         names.append(query.value(0).toString());
     if (type & QSql::SystemTables)
