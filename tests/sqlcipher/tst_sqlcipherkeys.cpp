@@ -98,6 +98,25 @@ private slots:
         QCOMPARE(TestConnection(file).value("SELECT v FROM t"), wrongKey);
         Dispenser::writeFile(file, "");
         QCOMPARE(TestConnection(file).value("SELECT count(*) FROM sqlite_master"), QString("0"));
+        TestConnection nowhere("/nowhere/at/all.db");
+        QVERIFY(nowhere->isOpenError());
+        QCOMPARE(nowhere->lastError().databaseText(), QString("unable to open database file"));
+    }
+
+    void closingLetsGoOfTheFileAndAQueryMayOutliveItsDriver()
+    {
+        const QString file = newDatabase("x");
+        QSqlQuery query;
+        {
+            TestConnection database(file);
+            query = QSqlQuery(database);
+            QVERIFY_SQL(query, query.exec("SELECT v FROM t"));
+            QVERIFY(query.next());
+            database->close();
+            QVERIFY(!query.isActive() && !query.next() && !Dispenser::isOpenHere(file));
+        }
+        QVERIFY(!query.exec());
+        QVERIFY(!query.lastInsertId().isValid());
     }
 
     void eachFileCostsOneDerivationUntilItIsAnother()
@@ -171,6 +190,8 @@ private slots:
             {"PRAGMA hexkey='" + Dispenser::databaseKey.toLatin1().toHex() + "'", false},
             {"; PRAGMA key='%1'", false},
         };
+        const QString nul = QString("PRAGMA key='d8pantry%'") + QChar::Null + "'";
+        QVERIFY(!QSqlQuery(TestConnection(m_files.next(), "")).exec(nul));
         for (auto it = forms.begin(); it != forms.end(); ++it) {
             const QString file = newDatabase("main");
             const QString sameSalt = m_files.next();
