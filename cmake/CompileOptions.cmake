@@ -9,7 +9,8 @@ target_compile_options(updater_options INTERFACE
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference
     # Qt's own macros and generated code are not written to these two.
     -Wno-sign-conversion
-    -Wno-psabi              # how arguments are passed on Arm changed before any of this was compiled
+    # How arguments are passed on Arm changed before any of this was compiled.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-psabi>
 )
 target_compile_definitions(updater_options INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
@@ -25,6 +26,6 @@ if(UPDATER_SANITIZE)
     target_compile_options(updater_options INTERFACE
         -fsanitize=${UPDATER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
         # GCC sees null dereferences in sanitizer-instrumented Qt headers that are not there.
-        -Wno-null-dereference -Wno-maybe-uninitialized)
+        -Wno-null-dereference $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(updater_options INTERFACE -fsanitize=${UPDATER_SANITIZE})
 endif()

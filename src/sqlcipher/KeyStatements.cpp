@@ -6,17 +6,23 @@ namespace KeyStatements {
 
 namespace {
 
-// "_" stands for blanks and comments, "<" and ">" for the quotation marks that a name may have.
+// "_" stands for blanks and comments, "<name>" for a name with or without quotation marks.
+// To SQLite a vertical tabulator is blank, but only behind another blank.
 QRegularExpression statementPattern(QString pattern)
 {
-    pattern.replace(QLatin1Char('_'),
-                    QStringLiteral("(?:[ \\t\\n\\f\\r]|--[^\\n]*(?:\\n|$)|/\\*.*?(?:\\*/|$))*+"));
-    pattern.replace(QLatin1Char('<'), QLatin1String("[\"'`\\[]?"));
-    pattern.replace(QLatin1Char('>'), QLatin1String("[\"'`\\]]?"));
+    static const QRegularExpression name(QStringLiteral("<([^>]+)>"));
+    pattern.replace(
+        QLatin1Char('_'),
+        QStringLiteral("(?:[ \\t\\n\\f\\r]\\x0b*|--[^\\n]*(?:\\n|$)|/\\*.*?(?:\\*/|$))*+"));
+    pattern.replace(name, QStringLiteral("(?:\\1|\"\\1\"|'\\1'|`\\1`|\\[\\1\\])"));
     return QRegularExpression(QLatin1Char('^') + pattern,
                               QRegularExpression::CaseInsensitiveOption
                                   | QRegularExpression::DotMatchesEverythingOption);
 }
+
+// SQLCipher carries its pragmas out while they are prepared, so those behind EXPLAIN too.
+const QString anyPragmaOfMain
+    = QStringLiteral("(?:_;)*_(?:EXPLAIN\\b_(?:QUERY_PLAN\\b_)?)?PRAGMA\\b_(?:<main>_\\._)?");
 
 // Whether the word is there at all: almost every statement is spared the regular expressions.
 bool mayBe(const char* word, const QString& sql)
@@ -60,15 +66,14 @@ std::optional<QByteArray> passPhraseOf(const QString& sql)
 bool givesKey(const QString& sql)
 {
     static const QRegularExpression pattern
-        = statementPattern(QStringLiteral("(?:_;)*_(?:EXPLAIN\\b_(?:QUERY_PLAN\\b_)?)?PRAGMA\\b_(?:"
-                                          "<main>_\\._)?<(?:hex)?(?:re)?key>_[=(]"));
+        = statementPattern(anyPragmaOfMain + QStringLiteral("<(?:hex)?(?:re)?key>_[=(]"));
     return mayBe("pragma", sql) && pattern.match(sql).hasMatch();
 }
 
 bool setsParameter(const QString& sql)
 {
-    static const QRegularExpression pattern = statementPattern(
-        QStringLiteral("(?:_;)*_PRAGMA\\b_(?:<main>_\\._)?<(?:cipher|kdf|fast)"));
+    static const QRegularExpression pattern
+        = statementPattern(anyPragmaOfMain + QStringLiteral("[\"'`\\[]?(?:cipher|kdf|fast)"));
     return mayBe("pragma", sql) && pattern.match(sql).hasMatch();
 }
 
@@ -76,7 +81,7 @@ std::optional<Attachment> attachmentOf(const QString& sql)
 {
     static const QRegularExpression pattern
         = statementPattern(QStringLiteral("_ATTACH\\b_(?:DATABASE\\b_)?('(?:[^']|'')*')_AS\\b_"
-                                          "(\\w+|'(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
+                                          "((?!\\d)\\w+|'(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
     if (!mayBe("attach", sql))
         return {};
     const QRegularExpressionMatch match = pattern.match(sql);
