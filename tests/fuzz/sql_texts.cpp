@@ -61,10 +61,9 @@ void tryInput(const QByteArray& input)
     QSqlQuery query(memory);
     const bool selected = query.exec(SqlText::fill("SELECT '%1', '%2'", name, value));
     HOLDS(selected == (fits(name) && fits(value)), lines);
-    HOLDS(
-        !selected
-            || (query.next() && query.value(0) == halved(name) && query.value(1) == halved(value)),
-        lines << query.value(0) << query.value(1));
+    if (selected)
+        HOLDS(query.next() && query.value(0) == halved(name) && query.value(1) == halved(value),
+              lines << query.value(0) << query.value(1));
 
     startAnew();
     Settings wanted = settings();
