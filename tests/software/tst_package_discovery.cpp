@@ -195,9 +195,6 @@ private slots:
     void splitsPackageNamesAndLogsThem()
     {
         const QVector<QStringList> rows {{"quillmark-base-1.03.00.tar.gz", "base", "1.03.00"},
-                                         {"/quillmark-x/quillmark-b-ui-2.tar.gz", "b-ui", "2"},
-                                         {"quillmark--.tar.gz", "", ""},
-                                         {"QUILLMARK-BASE-1.0.TAR.GZ"},
                                          {"quillmark-base.tar.gz"}};
         for (const QStringList& row : rows) {
             const LogCapture log;
