@@ -12,6 +12,7 @@
 #include <set>
 
 // The script engine keeps its values in memory that is not searched for what is still in use.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer calls it by this name
 extern "C" const char* __asan_default_options()
 {
     return "detect_leaks=0";

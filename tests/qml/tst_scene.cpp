@@ -1,5 +1,6 @@
 #include "Dispenser.h"
 #include "Stage.h"
+
 #include <QApplication>
 #include <QRegularExpression>
 #include <QTest>
