@@ -45,10 +45,12 @@ QString ask(const char* function, const QString& version)
 std::set<fs::path> everything()
 {
     std::set<fs::path> paths;
-    for (const char* folder : {"/opt/Merivon/Versions", "/tmp", "/home/technician", "/media"}) {
+    for (const char* folder : {"/opt/Merivon", "/media", "/home/technician"}) {
         for (const auto& entry : fs::recursive_directory_iterator(folder))
             paths.insert(entry.path());
     }
+    for (const auto& entry : fs::directory_iterator("/tmp")) // the checkout may lie below it
+        paths.insert(entry.path());
     return paths;
 }
 
