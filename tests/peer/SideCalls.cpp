@@ -20,12 +20,13 @@ const QStringList statements {
     "SELECT @z, :x, $y", "SELECT @z, :x, :x, :x", "SELECT ':y', /* :y ? */ :x -- ?",
     "INSERT INTO t (name, size, data) VALUES (?, ?, ?)", "DELETE FROM t WHERE id = ?",
     "INSERT INTO t (id, name) VALUES (:x % 100, :y)", "UPDATE t SET name = NULL",
-    "INSERT OR ROLLBACK INTO t (id, name) VALUES (1, 'x')", "SELECT x, y FROM u", "DROP TABLE u",
+    "INSERT OR ROLLBACK INTO t (id, name) VALUES (1, 'x')", "UPDATE OR ROLLBACK t SET id = 1",
     "INSERT INTO t (name, amount) SELECT name, id FROM t LIMIT 2", "INSERT INTO u VALUES (?, ?)",
     "INSERT OR REPLACE INTO \"a b\" VALUES (:x, :y)", "CREATE TABLE u (x INT UNIQUE, y DOUBLE)",
     "UPDATE t SET name = name || :x WHERE id > :y", "CREATE TEMP TABLE s (x)", "DROP TABLE s",
-    "CREATE TABLE m.t AS SELECT * FROM main.t", "ATTACH ':memory:' AS m", "DETACH m",
-    "BEGIN IMMEDIATE", "BEGIN", "COMMIT", "ROLLBACK", "SAVEPOINT s", "ROLLBACK TO s", "RELEASE s",
+    "SELECT x, y FROM u", "DROP TABLE u", "CREATE TABLE m.t AS SELECT * FROM main.t",
+    "ATTACH ':memory:' AS m", "DETACH m", "BEGIN IMMEDIATE", "BEGIN", "COMMIT",
+    "ROLLBACK", "SAVEPOINT s", "ROLLBACK TO s", "RELEASE s",
     "PRAGMA table_info(t)", "PRAGMA user_version = 7", "PRAGMA user_version", "SELECT * FROM nowhere",
     "SELECT sqlite_source_id()", // a second engine would not go unnoticed
     "SELEC", "SELECT 'open", "SELECT 1; SELECT 2", "SELECT 1; -- no more", "-- nothing", "",
@@ -104,6 +105,15 @@ struct Call
         side.clear();
     }
 
+    // Tells of every lock that the other connection's queries hold.
+    void tryLock()
+    {
+        QSqlQuery once(database);
+        tell(once.exec("BEGIN EXCLUSIVE"));
+        tell(once.lastError());
+        tell(once.exec("ROLLBACK"));
+    }
+
     void select(const QVariant& selected)
     {
         QSqlQuery once(database);
@@ -134,13 +144,14 @@ const struct
     {2, "first()", [](Call& c) { c.tell(c.query.first()); }},
     {2, "seek(NUMBER)", [](Call& c) { c.tell(c.query.seek(c.number)); }},
     {2, "seek(NUMBER, relative)", [](Call& c) { c.tell(c.query.seek(c.number, true)); }},
-    {2, "finish()", [](Call& c) { c.query.finish(); }},
+    {6, "finish()", [](Call& c) { c.query.finish(); }},
     {1, "setNumericalPrecisionPolicy(NUMBER), new queries", [](Call& c) { c.setPrecision(); }},
     {2, "select VALUE", [](Call& c) { c.select(c.value); }},
     {2, "select UNLIKE", [](Call& c) { c.select(c.unlike); }},
-    {3, "transaction()", [](Call& c) { c.ended(c.database.transaction()); }},
+    {6, "transaction()", [](Call& c) { c.ended(c.database.transaction()); }},
     {2, "commit()", [](Call& c) { c.ended(c.database.commit()); }},
-    {3, "rollback()", [](Call& c) { c.ended(c.database.rollback()); }},
+    {6, "rollback()", [](Call& c) { c.ended(c.database.rollback()); }},
+    {6, "BEGIN EXCLUSIVE; ROLLBACK", [](Call& c) { c.tryLock(); }},
     {1, "open()", [](Call& c) { c.ended(c.database.open()); }},
     {1, "close()", [](Call& c) { c.database.close(); }},
     {1, "tables(NUMBER)", [](Call& c) { c.tell(c.database.tables(QSql::TableType(c.number))); }},

@@ -1,6 +1,7 @@
 // Makes the same random calls of our driver and of Qt's own one for SQLite, and ends with 1 at the
-// first difference that is not known. Both run on one engine: what the program is linked with,
-// SQLCipher's library, is found before SQLite's.
+// first difference that is not known; without arguments also when a known one is not met, for most
+// of them are wanted. Both run on one engine: what the program is linked with, SQLCipher's library,
+// is found before SQLite's.
 //
 // peer [SEQUENCES [SEED]]: how many sequences of some tens of calls, and the first one's seed.
 
@@ -155,7 +156,10 @@ int main(int argc, char** argv)
         return 1;
     }
     printf("%u sequences, %d calls. All are alike but for these:\n", sequences, calls);
-    for (const KnownDifference& it : knownDifferences)
+    bool allMet = true;
+    for (const KnownDifference& it : knownDifferences) {
         printf("%6d %s\n", it.met, it.reason);
-    return 0;
+        allMet = allMet && it.met > 0;
+    }
+    return allMet || arguments.size() > 1 ? 0 : 1;
 }
