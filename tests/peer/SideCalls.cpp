@@ -76,8 +76,7 @@ struct Call
 
     void ended(bool succeeded)
     {
-        // The last error stays behind when a later call succeeds, or a closed connection refuses
-        // it.
+        // The last error stays behind when a later call succeeds, or finds the connection closed.
         const bool failed = !succeeded && database.isOpen();
         const QSqlError error = failed ? database.lastError() : QSqlError();
         tell(succeeded, database.isOpen(), error.type(), error);
