@@ -1,11 +1,9 @@
 #include "process/ChildProcess.h"
 
-#include "process/Pipe.h"
+#include "process/OutputDrain.h"
 
 #include <QDebug>
 
-#include <cstdlib>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,32 +34,6 @@ bool isPipe(int descriptor)
     return fstat(descriptor, &info) == 0 && S_ISFIFO(info.st_mode);
 }
 
-// What follows runs in the child, between fork and exec: system calls only.
-
-// Waits for the end of the reading, then for that of the output. A shell, as a copy of the updater
-// would keep the updater's memory for as long as the program runs.
-[[noreturn]] void becomeDrain(int output, int reading)
-{
-    setsid();
-    dup2(output, STDIN_FILENO);
-    dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
-    dup2(reading, STDERR_FILENO);
-    execl("/bin/sh", "sh", "-c", "read -r line <&2; exec /bin/cat", nullptr);
-    _exit(EXIT_FAILURE);
-}
-
-// Not a child of the program, which may wait for all that it has.
-void leaveDrain(int output, int reading)
-{
-    const pid_t between = _Fork();
-    if (between == 0) {
-        if (_Fork() == 0)
-            becomeDrain(output, reading);
-        _exit(EXIT_SUCCESS);
-    }
-    waitpid(between, nullptr, 0);
-}
-
 } // namespace
 
 ChildProcess::ChildProcess(QObject* parent) : QProcess(parent)
@@ -73,15 +45,15 @@ ChildProcess::~ChildProcess() = default;
 
 void ChildProcess::launch(const QString& name, const QStringList& words)
 {
-    m_reading = std::make_unique<Pipe>();
+    m_drain = std::make_unique<OutputDrain>();
     start(name, words);
-    m_reading->closeReadEnd();
+    m_drain->programStarted();
 }
 
 void ChildProcess::close()
 {
     QProcess::close();
-    m_reading.reset();
+    m_drain.reset();
 }
 
 void ChildProcess::warnUnlessSuccessful() const
@@ -97,11 +69,8 @@ void ChildProcess::warnUnlessSuccessful() const
 void ChildProcess::setupChildProcess()
 {
     setsid();
-    if (!m_reading || !isPipe(STDOUT_FILENO))
-        return;
-    const int output = ::open("/proc/self/fd/1", O_RDONLY | O_CLOEXEC);
-    leaveDrain(output, m_reading->readEnd());
-    ::close(output);
+    if (m_drain && isPipe(STDOUT_FILENO))
+        m_drain->leave();
 }
 
 void warnUnlessSuccessful(const QString& commandLine, int waitStatus)

@@ -4,14 +4,13 @@
 
 #include <memory>
 
-class Pipe;
+class OutputDrain;
 
 // A program started by the updater. It goes on when the updater ends, however that ends: an install
 // must not be cut short. So it has a session of its own, which no Ctrl-C and no hang-up of our
 // terminal reaches, and what it writes to standard error goes nowhere. A standard output that is a
-// pipe has a second reader, a process that outlives the updater: it takes, and drops, what comes
-// once this object reads no more, so that writing neither fails nor waits for good then. SIGPIPE
-// has its default action.
+// pipe has a second reader (OutputDrain) for what comes once this object reads no more, so that
+// writing neither fails nor waits for good then. SIGPIPE has its default action.
 //
 // As with any QProcess, destroying the object ends a program that still runs; ProcessEnd::now()
 // destroys none.
@@ -36,9 +35,7 @@ protected:
     void setupChildProcess() override;
 
 private:
-    // Nothing is written to it: its writing end, which the updater alone has, is closed when this
-    // object reads no more or the updater ends.
-    std::unique_ptr<Pipe> m_reading;
+    std::unique_ptr<OutputDrain> m_drain; // of the program launched last
 };
 
 // The same for any wait status, as runInShell gives it.
