@@ -6,8 +6,8 @@
 #include "process/OutputPipe.h"
 #include "process/ProcessEnd.h"
 #include "process/ShellCommand.h"
+#include "process/Waits.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QThread>
@@ -19,8 +19,6 @@
 namespace {
 
 constexpr int longWaitMs = 30000;
-constexpr int startWaitMs = 1000;
-constexpr int shortWaitMs = 10;
 constexpr int endWaitMs = 100; // for a script that has closed its output
 
 // What a log line holds of an output. All of it would be several times as long as the output: a
@@ -67,62 +65,6 @@ template <typename Text> void logOutput(const Text& output, const char* more)
 void postStartFailure(const char* text, const QString& command)
 {
     SystemMessage::post(SystemMessage::Type::Error, QString::fromLatin1(text).arg(command));
-}
-
-void pumpEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents();
-}
-
-// QProcess's waits succeed only for what happens inside them. A start or an end that came in while
-// events were pumped makes them fail for good, so whoever pumps asks the state as well.
-bool hasEnded(const QProcess& process)
-{
-    return process.state() == QProcess::NotRunning;
-}
-
-bool hasStarted(const QProcess& process)
-{
-    return process.state() == QProcess::Running
-        || (hasEnded(process) && process.error() != QProcess::FailedToStart);
-}
-
-// No limit and no way out for a program that cannot be started, on purpose: no caller could do
-// anything about it. The pause is there because the wait for a start that has failed does not wait.
-void awaitStart(QProcess& process)
-{
-    pumpEvents();
-    while (!process.waitForStarted(startWaitMs) && !hasStarted(process)) {
-        if (hasEnded(process))
-            QThread::msleep(shortWaitMs);
-        pumpEvents();
-    }
-}
-
-void awaitEnd(QProcess& process, OutputPipe& output)
-{
-    constexpr unsigned extraPumpEvery = 1000;
-    pumpEvents();
-    for (unsigned waits = 1;
-         output.takeMore(process) || !(process.waitForFinished(shortWaitMs) || hasEnded(process));
-         ++waits) {
-        pumpEvents();
-        if (waits % extraPumpEvery == 0)
-            pumpEvents();
-    }
-}
-
-// Waits for output to come in and takes it off the count of arrivals, which the pump raises too;
-// false once the program has ended and nothing is left. Waits for the end, since that alone is not
-// held up by a grandchild that prints without pause.
-bool awaitOutput(QProcess& process, int& arrivals)
-{
-    if (process.bytesAvailable() == 0)
-        arrivals = 0; // several that made up one line
-    while (arrivals == 0 && !process.waitForFinished(shortWaitMs) && !hasEnded(process))
-        pumpEvents();
-    return arrivals-- > 0;
 }
 
 // What goes wrong on the way, such as an output that exceeds the memory, is the result: the scene,
@@ -328,10 +270,11 @@ int ScriptLauncher::executeSystemCommand(const QString& command)
 
 void ScriptLauncher::sleep(int sec)
 {
+    constexpr int roundMs = 10;
     qint64 elapsedMs = 0;
     do {
         pumpEvents();
-        elapsedMs += shortWaitMs;
-        QThread::msleep(shortWaitMs);
+        elapsedMs += roundMs;
+        QThread::msleep(roundMs);
     } while (elapsedMs / 1000 < sec);
 }
