@@ -95,13 +95,20 @@ Rectangle {
         enabled: false
     }
 
-    Rectangle {
-        anchors.centerIn: words
-        width: words.width + 10
-        height: words.height + 10
+    // Keeps texts apart from the screen that shines through.
+    component Backing: Rectangle {
+        property Item around: null
+
+        anchors.centerIn: around
+        width: around.width + 10
+        height: around.height + 10
+        visible: around.visible
         radius: 10
         color: "black"
     }
+
+    Backing { around: words }
+    Backing { around: notes }
 
     Column {
         id: words
@@ -142,6 +149,7 @@ Rectangle {
     }
 
     Column {
+        id: notes
         anchors.top: busyBar.bottom
         anchors.topMargin: 12
         anchors.horizontalCenter: parent.horizontalCenter
