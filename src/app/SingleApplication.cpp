@@ -40,7 +40,7 @@ bool SingleApplication::notify(QObject* receiver, QEvent* event)
         // for the board QtCore alone has them. What is neither window nor widget needs no more.
         if (receiver->isWidgetType() || receiver->isWindowType())
             return QApplication::notify(receiver, event);
-        return QCoreApplication::notify(receiver, event);
+        return QCoreApplication::notify(receiver, event); // NOLINT(bugprone-parent-virtual-call)
     } catch (const std::exception& exception) {
         qDebug() << "Exception thrown:" << exception.what();
     } catch (...) {
