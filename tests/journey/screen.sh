@@ -3,7 +3,8 @@
 # eye that waits for what should come. Sourced inside the dispenser, with `system` set.
 pictures=/tmp/pictures
 log=/tmp/log
-screen=/tmp/screen.rgb
+frame_buffer=/tmp/Xvfb_screen0
+screen=/tmp/screen
 taken=0
 width=1920 height=1080
 [[ $system != talvogateway ]] || width=800 height=480
@@ -32,6 +33,7 @@ layout()
         ["wheel remove"]="$((wheel + 54)) $((centre + 78))" ["yes"]="$middle $((top + 174))"
         ["firmware install"]="$((middle + 180)) $((centre + 78))" ["file"]="$middle $((centre + 150))"
         ["first row"]="$middle $((top + 83))" ["import"]="$((right - 64)) $((top + 190))"
+        ["close"]="$((right - 64)) $((top + panel_height - 44))"
     )
 }
 
@@ -40,12 +42,13 @@ point() { read -r x y <<< "${control[$1]}"; }
 
 press() { point "$1" && xdotool mousemove "$x" "$y" click 1; }
 
-# All that is asked about the screen is asked about the last grab of it.
-grab() { import -silent -window root -depth 8 "$screen"; }
-save() { ((++taken)) && convert -size "${width}x$height" -depth 8 "$screen" "$(printf '%s/%02d-%s.png' "$pictures" "$taken" "$1")"; }
+# All that is asked about the screen is asked about the last grab of it: the file in which the virtual
+# screen keeps its pixels, four bytes each, behind a header.
+grab() { cp "$frame_buffer" "$screen"; }
+save() { ((++taken)) && convert "xwd:$screen" "$(printf '%s/%02d-%s.png' "$pictures" "$taken" "$1")"; }
 
-# Of one point, 0 to 255.
-brightness() { od -An -tu1 -j $((3 * (width * $2 + $1))) -N 1 "$screen"; }
+# Of one point, 0 to 255: its red.
+brightness() { od -An -tu1 -j $((header + 4 * (width * $2 + $1) + 2)) -N 1 "$screen"; }
 
 # A button's corner is free of its label: white when it can be used, grey when it cannot.
 corner() { point "$1" && brightness $((x - 38)) $((y - 17)); }
@@ -63,8 +66,8 @@ bar() { message && ! full_message; }
 look()
 {
     {
-        head -c $((3 * width * (height / 2 + 12)))
-        head -c $((3 * width * 100)) > /dev/null
+        head -c $((header + 4 * width * (height / 2 + 12)))
+        head -c $((4 * width * 100)) > /dev/null
         cat
     } < "$screen" | cksum
 }
@@ -100,10 +103,11 @@ fail()
     exit 1
 }
 
-# await CONDITION [ARG...]: long enough for a sanitizer's pace.
+# await CONDITION [ARG...]
+patience=60 # seconds, enough for a sanitizer's pace
 await()
 {
-    local end=$((SECONDS + 60))
+    local end=$((SECONDS + patience))
     until grab && "$@"; do
         ((SECONDS < end)) || fail "$@"
         kill -0 "$updater" 2> /dev/null || fail "$@" "(the updater has ended)"
@@ -116,8 +120,9 @@ start_screen()
 {
     mkdir -p "$pictures"
     exec {ready}<> <(:)
-    Xvfb -displayfd "$ready" -noreset -screen 0 "${width}x${height}x24" 2> /tmp/screen.log &
+    Xvfb -displayfd "$ready" -noreset -fbdir "${frame_buffer%/*}" -screen 0 "${width}x${height}x24" 2> /tmp/screen.log &
     read -r -t 20 DISPLAY <&"$ready" || { cat /tmp/screen.log; exit 1; }
+    header=$(($(stat -c %s "$frame_buffer") - 4 * width * height))
     export DISPLAY=:$DISPLAY QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software
     layout
 }
