@@ -15,7 +15,7 @@
 // One message is handled at a time, the others wait. Called again by the thread that it is working
 // for (a database failure on the way into the table; not through Qt, which writes such a line to
 // standard error by itself), it writes the line and does no more. What a thread logs with a lock on
-// the database in hand does not wait: it is handled at once or, where the handler is taken, when the
-// thread has let go of the lock; its rows when it has also detached the defaults (LogDelay). Both
-// have the time of the call.
+// the database in hand does not wait: it is handled at once or, where the handler is taken, when
+// the thread has let go of the lock; its rows when it has also detached the defaults (LogDelay).
+// Both have the time of the call.
 void myMessageHandler(QtMsgType type, const QMessageLogContext& context, const QString& msg);
