@@ -6,7 +6,6 @@ store=$merivon/Versions
 simulation=$merivon/Simulation
 database=$merivon/Database/merivon_database_enc.db
 defaults=$store/Merivon-current/Database/merivon_defaults.db
-scripts=$store/Merivon-current/ServiceUI/Scripts
 stick=/media/technician/STICK
 backup=/media/technician/BACKUP
 package=$stick/updates/quillmark-$system-1.04.00.tar.gz
@@ -15,7 +14,6 @@ image=$stick/MerivonMFV_V2.16.hex
 stock=/tmp/stock    # what was there before, and has to be there afterwards
 with=()             # what stands before the program's name
 output='> "$log" 2>&1'
-arguments=
 updater=none
 way_back=corner     # the control that leads back from the panel in sight
 patience=30         # seconds
@@ -102,12 +100,11 @@ spoil()
 }
 damage() { printf 'damaged page' | dd of="$1" bs=1 seek=$(($2 * 1024 + 100)) conv=notrunc 2> /dev/null; }
 setting() { sql "UPDATE dictionary SET value='$2' WHERE name='$1'" > /dev/null; take_stock; }
-only_on_stick() { rm -rf "$backup"/* "$stick"/*; }
-pull() { rm -rf "$stick"/* "$backup"/*; }
+pull() { rm -rf /media/technician/*/*; }
 declare -A hostile=([quote]="x' --" [statement]="';DELETE FROM dictionary;--" [shell]='$(touch owned);`touch owned`&'
     [markup]='<h1>x<img src=x>' [percent]='%1%2%n' [dash]='-rf ..' [line]=$'a\nb' [long]="$(printf 'x%.0s' {1..200})"
     [right-to-left]=$'\u202eabc\u05d0' [bytes]=$'\xff\xfe')
-named() { mkdir /tmp/pocket; mv "$package" /tmp/pocket/kept; only_on_stick; mv /tmp/pocket/kept "$stick/quillmark-${hostile[$1]}-1.tar.gz"; }
+named() { mkdir /tmp/pocket; mv "$package" /tmp/pocket/kept; pull; mv /tmp/pocket/kept "$stick/quillmark-${hostile[$1]}-1.tar.gz"; }
 link_everywhere()
 {
     local each
@@ -157,12 +154,12 @@ touch_device()
 
 begin()
 {
-    eval '"${with[@]}" "$program" $arguments '"$output &"
+    eval '"${with[@]}" "$program" '"$output &"
     updater=$!
 }
 start() { begin; await offers advanced; }
 open_update() { press update; way_back=back; }
-open_advanced() { press advanced; await on_advanced; }
+open_advanced() { press advanced; way_back=corner; await on_advanced; }
 scan() { open_update; await offers "${1-first entry}"; }
 choose() { press "$1"; await offers install; }
 update() { scan "third entry"; choose "third entry"; press install; }
