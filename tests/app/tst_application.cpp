@@ -1,33 +1,71 @@
+// The application object and the end of the process, whatever that waits for. Each end is that of a
+// process of its own: this program, started with the name of what to do.
 #include "Dispenser.h"
 #include "app/Application.h"
-#include "app/CommandLine.h"
-#include "app/QtQuick2ApplicationViewer.h"
-#include "app/QtQuick2ApplicationViewerPrivate.h"
+#include "process/ProcessEnd.h"
+#include "process/ScriptLauncher.h"
+#include "software/SoftwareManager.h"
 
 #include <QProcess>
-#include <QQuickItem>
-#include <QRegularExpression>
-#include <QScreen>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
-#include <cstdio>
+#include <csignal>
+#include <map>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace {
 
-QString adjustedBy(const QString& program, const QString& path)
+// Writes more than a pipe holds once the updater is gone, and ends at the first write that fails.
+const QString job
+    = QStringLiteral("set -e; touch /tmp/started; until [ -e /tmp/go ]; do sleep 0.05; "
+                     "done; head -c 200000 /dev/zero; echo y >&2; echo z; touch /tmp/done");
+
+void runJob()
 {
-    QProcess child;
-    child.start(program, {path});
-    child.waitForFinished();
-    return QDir::cleanPath(QString::fromUtf8(child.readAllStandardOutput()));
+    ScriptLauncher().launchProgram("/bin/sh", {"-c", job});
 }
+
+// The restart is due half a second later, when the program is still waited for.
+void restartBesideAProgram()
+{
+    SoftwareManager manager;
+    manager.quitAndStartMerivon();
+    runJob();
+}
+
+void quitBeforeTheRestart()
+{
+    SoftwareManager manager;
+    manager.quitAndStartMerivon();
+    ProcessEnd::request();
+    QThread::sleep(60);
+}
+
+const std::map<QString, void (*)()> deeds {
+    {"program", runJob},
+    {"shell", [] { ScriptLauncher().executeSystemCommand("exec >/dev/null 2>&1;" + job); }},
+    {"restart beside a program", restartBesideAProgram},
+    {"quit before the restart", quitBeforeTheRestart},
+};
+
+class Updater : public QProcess
+{
+public:
+    explicit Updater(const QString& deed)
+    {
+        for (const char* const file : {"/tmp/started", "/tmp/go", "/tmp/done"})
+            QFile::remove(file);
+        start(QCoreApplication::applicationFilePath(), {deed});
+    }
+
+protected:
+    void setupChildProcess() override { setpgid(0, 0); } // as a terminal gives one to a command
+};
 
 } // namespace
 
-class tst_application : public QObject
+class ApplicationTest : public QObject
 {
     Q_OBJECT
 
@@ -43,88 +81,47 @@ private slots:
         QTRY_VERIFY(wentOn);
     }
 
-    void quitAppEndsRegisteredThreadsFirst()
+    void aJobOutlivesACtrlC()
     {
-        auto* const app = static_cast<Application*>(QCoreApplication::instance());
-        QThread worker;
-        auto* const gone = new QThread;
-        app->appendThread(gone);
-        app->appendThread(&worker);
-        delete gone;
-        worker.start();
-        QTest::ignoreMessage(QtDebugMsg, "quitting");
-        QTest::ignoreMessage(QtDebugMsg, "shutting down threads");
-        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^quitting thread 0x"));
-        QTimer::singleShot(0, app, &SingleApplication::quitApp);
-        QCOMPARE(QCoreApplication::exec(), 0);
-        QVERIFY(worker.isFinished());
+        for (const char* const deed : {"program", "shell"}) {
+            Updater updater(deed);
+            QTRY_VERIFY(QFile::exists("/tmp/started"));
+            QCOMPARE(::kill(-static_cast<pid_t>(updater.processId()), SIGINT), 0);
+            QVERIFY(updater.waitForFinished());
+            Dispenser::writeFile("/tmp/go", {});
+            QTRY_VERIFY(QFile::exists("/tmp/done"));
+        }
     }
 
-    void developmentModeIsTheExactWordAnywhere()
+    void aPendingRestartIsDoneOnce()
     {
-        const auto devMode = [](std::initializer_list<const char*> words) {
-            return CommandLine::read(static_cast<int>(words.size()), words.begin()).devMode;
-        };
-        QVERIFY(devMode({"updater", "word", "--dev"}));
-        QVERIFY(devMode({"updater", "--update", "--dev"}));
-        QVERIFY(!devMode({"--dev", "--DEV", "--device", "--update"}));
-    }
-
-    void pathsAreLookedUpBesideTheProgramFolderFirst()
-    {
-        const QTemporaryDir home;
-        const QString inside = home.path() + "/bin/scene.qml";
-        const QString beside = home.path() + "/scene.qml";
-        const QString program = home.path() + "/bin/program";
-        QVERIFY(QDir(home.path()).mkdir("bin"));
-        QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
-        QCOMPARE(adjustedBy(program, "scene.qml"), "scene.qml");
-        Dispenser::writeFile(inside, {});
-        QCOMPARE(adjustedBy(program, "scene.qml"), inside);
-        Dispenser::writeFile(beside, {});
-        QCOMPARE(adjustedBy(program, "scene.qml"), beside);
-    }
-
-    void viewerLoadsFromTheWorkingFolderAndClosesOnQuit()
-    {
-        const QTemporaryDir folder;
-        QDir::setCurrent(folder.path());
-        Dispenser::writeFile(
-            "view.qml",
-            "import QtQuick 2.12\n"
-            "Item { Timer { running: true; interval: 300; onTriggered: Qt.quit() } }");
-        QtQuick2ApplicationViewer viewer;
-        viewer.setMainQmlFile("view.qml");
-        QCOMPARE(viewer.status(), QQuickView::Ready);
-        viewer.resize(320, 240);
-        viewer.showExpanded();
-        QTRY_COMPARE(viewer.rootObject()->width(), 320.0);
-        QTRY_VERIFY(!viewer.isVisible());
-    }
-
-    void viewerWithoutASizeTakesTheScreens()
-    {
-        const QTemporaryDir folder;
-        Dispenser::writeFile(folder.filePath("view.qml"),
-                             "import QtQuick 2.12\nItem { width: 0; height: 0 }");
-        QtQuick2ApplicationViewer viewer;
-        viewer.setMainQmlFile(folder.filePath("view.qml"));
-        viewer.showExpanded();
-        QTRY_COMPARE(viewer.rootObject()->size(), QSizeF(viewer.screen()->size()));
+        for (const char* const deed : {"restart beside a program", "quit before the restart"}) {
+            Dispenser::clearRecord();
+            Updater updater(deed);
+            QVERIFY(updater.waitForFinished());
+            QVERIFY(updater.exitStatus() == QProcess::NormalExit && updater.exitCode() == 0);
+            QVERIFY(Dispenser::waitForRecord("vemlo start"));
+            QTest::qWait(1000);
+            QCOMPARE(Dispenser::record(), QStringList("vemlo start"));
+        }
     }
 };
 
-// Started with the name of a QML file, the program tells where it is looked up.
 int main(int argc, char** argv)
 {
-    const QString word = QString::fromLocal8Bit(argc == 2 ? argv[1] : "");
-    Application app(argc, argv);
-    if (word.endsWith(QLatin1String(".qml"))) {
-        fputs(qPrintable(QtQuick2ApplicationViewerPrivate::adjustPath(word)), stdout);
-        return 0;
+    const auto deed = deeds.find(QString::fromLocal8Bit(argc > 1 ? argv[1] : ""));
+    if (!Dispenser::isHere())
+        return 1;
+    {
+        Application app(argc, argv);
+        if (deed == deeds.end()) {
+            ApplicationTest test;
+            return QTest::qExec(&test, argc, argv);
+        }
+        ProcessEnd::watch();
+        deed->second();
     }
-    tst_application test;
-    return Dispenser::isHere() ? QTest::qExec(&test, argc, argv) : 1;
+    ProcessEnd::now(0);
 }
 
 #include "tst_application.moc"
