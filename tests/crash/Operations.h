@@ -4,8 +4,6 @@
 #include "database/TableDictionary.h"
 #include "database/TableMessages.h"
 
-#include <array>
-
 // An operation on the shared database whose crash points are tried.
 struct Operation
 {
@@ -16,6 +14,7 @@ struct Operation
     // settings one by one in an empty dictionary, whatever they are.
     QStringList transactions;
 };
+Q_DECLARE_METATYPE(const Operation*)
 
 inline QString insert500(const QString& tableAndValuesOfI)
 {
@@ -32,7 +31,7 @@ inline QString makeT(const QString& values)
 inline const QString oursOfT = makeT("hex('our own row' || i * 7), i");
 inline const QString defaultsOfT = makeT("hex('a default' || i * i), 'y'");
 
-inline const std::array<Operation, 6> operations {{
+inline const Operation operations[] = {
     {"restore",
      "",
      [] { DatabaseBase().genericRestoreTable("t"); },
@@ -65,10 +64,4 @@ inline const std::array<Operation, 6> operations {{
      insert500("systemMessages SELECT i, 'IoT', 'Error', '', 'message ' || i"),
      [] { TableMessages().cleanEntries(350); },
      {"DELETE FROM systemMessages WHERE id <= 350"}},
-}};
-
-inline const Operation& operationNamed(const QString& name)
-{
-    return *std::find_if(operations.begin(), operations.end(),
-                         [&](const Operation& each) { return each.name == name; });
-}
+};

@@ -1,51 +1,79 @@
 #include "Dispenser.h"
-#include "Judge.h"
 #include "LogCapture.h"
 #include "Operations.h"
 #include "Replay.h"
+#include "SqlTest.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
+#include <QDir>
 #include <QHash>
-#include <QProcess>
+#include <QSqlRecord>
 
 #include <cstdio>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr unsigned powerCuts = 1; // the sanitizers look at memory, not at the disk
-#else
-constexpr unsigned powerCuts = 10; // after each event
-#endif
-
 namespace {
+
+constexpr unsigned powerCuts = 10; // after each change
 
 const QString folder = QStringLiteral("/opt/Merivon/Database/");
 
-// This program, started again, does the operation; what a recorder says of it.
-QByteArray record(const Operation& operation)
+Files filesInFolder()
 {
-    writeFolder("/tmp/record/", {});
-    QProcess program;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("LD_PRELOAD", CRASH_RECORDER);
-    environment.insert("RECORDED_FOLDER", folder.chopped(1));
-    environment.insert("RECORDED_LOG", "/tmp/record/log");
-    // The sanitizer's own wrappers come after the recorder's.
-    environment.insert("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":verify_asan_link_order=0");
-    program.setProcessEnvironment(environment);
-    program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    program.start(QCoreApplication::applicationFilePath(), {"--run", operation.name});
-    if (!program.waitForFinished() || program.exitCode() != 0)
-        qFatal("%s did not work", operation.name);
-    return readFolder("/tmp/record/").value("log");
+    Files files;
+    const QStringList names = QDir(folder).entryList(QDir::Files);
+    for (const QString& name : names) {
+        QFile file(folder + name);
+        if (file.open(QIODevice::ReadOnly))
+            files[name] = file.readAll();
+    }
+    return files;
 }
 
-Files prepare(const Operation& operation)
+// Afterwards the folder holds these files and no others.
+void fillFolder(const Files& files)
 {
-    static const Files fresh = readFolder(folder);
-    writeFolder(folder, fresh);
-    Dispenser::sql("BEGIN;" + oursOfT + operation.preparation + ";COMMIT");
-    return readFolder(folder);
+    QDir(folder).removeRecursively();
+    for (auto it = files.cbegin(); it != files.cend(); ++it)
+        Dispenser::writeFile(folder + it.key(), it.value());
+}
+
+// The rows, each as one text, then the error if there was one.
+QStringList rowsOf(TestConnection& database, const QString& sql)
+{
+    QStringList rows;
+    QSqlQuery query(database);
+    query.exec(sql);
+    while (query.next()) {
+        rows.append(QString());
+        for (int i = 0; i < query.record().count(); ++i)
+            rows.last() += (query.isNull(i) ? "NULL" : query.value(i).toString()) + '|';
+    }
+    return rows << query.lastError().databaseText();
+}
+
+// The result of SQLite's own check, then the definitions and rows of all tables, of the shared
+// database as the next start finds it.
+QString content()
+{
+    TestConnection database(Dispenser::sharedDatabase);
+    QStringList lines = rowsOf(database, "PRAGMA integrity_check");
+    const QStringList tables = database->tables();
+    for (const QString& table : tables)
+        lines += rowsOf(database, "SELECT * FROM " + table);
+    lines += rowsOf(database, "SELECT sql FROM sqlite_master ORDER BY name");
+    return lines.join('\n');
+}
+
+// What the shared database holds before the first transaction and after each.
+QStringList contentsBetween(const QStringList& transactions)
+{
+    QStringList contents(content());
+    for (const QString& transaction : transactions) {
+        Dispenser::sql(transaction);
+        contents += content();
+    }
+    return contents;
 }
 
 QStringList transactionsOf(const Operation& done)
@@ -56,60 +84,28 @@ QStringList transactionsOf(const Operation& done)
                           "',' || quote(value) || ')' FROM dictionary ORDER BY id");
 }
 
-// The states that one operation can leave. Each has a name: the operation, how many events of its
-// recording were done, and a seed, 0 for a kill, any other for a power cut. Pages have other bytes
-// in each recording, but the events are the same and so are those that arrive.
-struct Trial
+// The states that the shared database was found in.
+struct States
 {
-    explicit Trial(const Operation& what)
-        : operation(what), before(prepare(what)), replay(folder, before, record(what)),
-          after(readFolder(folder)), judge(before, transactionsOf(what))
+    // How many of some transactions a state holds, from the first on; -1 for a faulty one. Each
+    // different state is looked at once.
+    int transactionsIn(const Files& files)
     {
-    }
-
-    // The transactions that a state holds, which are to be one of two numbers. Each different
-    // state is looked at once, and every tenth goes through the updater's own code too.
-    int expect(int events, unsigned seed, int least, int most)
-    {
-        const Files files = replay.state(events, seed);
         QCryptographicHash hash(QCryptographicHash::Sha1);
-        for (const QByteArray& file : files)
-            hash.addData(QByteArray::number(file.size()) + ' ' + file);
-        auto it = found.find(hash.result());
-        if (it == found.end()) {
-            it = found.insert(hash.result(), judge.look(files));
-            ++(seed == 0 ? kills : cuts);
-            if (it->transactions >= 0 && found.size() % 10 == 0 && !opensWhole(files, *it))
-                *it = {-1, "the updater's next start fails"};
+        for (auto it = files.cbegin(); it != files.cend(); ++it)
+            hash.addData(it.key().toUtf8() + QByteArray::number(it->size()) + ' ' + *it);
+        if (!found.contains(hash.result())) {
+            fillFolder(files);
+            const QString now = content();
+            lastCheck = now.section('\n', 0, 0);
+            found[hash.result()] = contents.indexOf(now);
         }
-        if (failure.isEmpty() && it->transactions != least && it->transactions != most) {
-            failure = QString::asprintf("%s %d %u: %d transactions, not %d or %d: %s",
-                                        operation.name, events, seed, it->transactions, least, most,
-                                        it->fault.constData());
-        }
-        return it->transactions;
+        return found[hash.result()];
     }
 
-    bool opensWhole(const Files& files, const Judge::Finding& state)
-    {
-        ++opened;
-        writeFolder(folder, files);
-        const LogCapture quiet;
-        const bool whole = DatabaseBase().genericUpdateTable("t");
-        const bool updates = QString(operation.name).startsWith("update");
-        return whole
-            && judge.look(readFolder(folder)).transactions
-            == (updates ? judge.transactions() : state.transactions);
-    }
-
-    const Operation& operation;
-    const Files before;
-    const Replay replay;
-    const Files after;
-    const Judge judge;
-    QHash<QByteArray, Judge::Finding> found; // by the state's hash
-    int kills = 0, cuts = 0, opened = 0; // different states
-    QString failure; // the first bad state's name, and what is wrong
+    const QStringList contents; // before the first transaction and after each
+    QHash<QByteArray, int> found; // transactions by the state's hash
+    QString lastCheck; // SQLite's own, of the last different state
 };
 
 } // namespace
@@ -121,63 +117,53 @@ class TestCrashPoints : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { Dispenser::sql(defaultsOfT, Dispenser::defaultsDatabase); }
+
     void leaveWholeTransactions_data()
     {
-        QTest::addColumn<QString>("name");
+        QTest::addColumn<const Operation*>("operation");
         for (const Operation& operation : operations)
-            QTest::newRow(operation.name) << QString(operation.name);
+            QTest::newRow(operation.name) << &operation;
     }
 
     void leaveWholeTransactions()
     {
-        QFETCH(QString, name);
-        Trial trial(operationNamed(name));
+        QFETCH(const Operation*, operation);
+        const LogCapture quiet;
+        fillFolder(m_fresh);
+        Dispenser::sql("BEGIN;" + oursOfT + operation->preparation + ";COMMIT");
+        const Files files = filesInFolder();
+        const Replay replay(files, record(folder, files, operation->run));
+        const QStringList transactions = transactionsOf(*operation);
+        QCOMPARE(replay.state(replay.changes(), 0), filesInFolder()); // nothing was missed
+        fillFolder(files);
+        States states {contentsBetween(transactions), {}, {}};
+
         int done = 0; // transactions
-        for (int events = 0; events <= trial.replay.events() && trial.failure.isEmpty(); ++events) {
-            done = trial.expect(events, 0, done, done + 1);
-            // A power cut may take the last transaction back: its commit is the removal of the
-            // journal, and the folder is synced with the next one only.
-            for (unsigned cut = 1; cut <= powerCuts; ++cut)
-                trial.expect(events, 100 * unsigned(events) + cut, qMax(0, done - 1), done);
+        for (int changes = 0; changes <= replay.changes(); ++changes) {
+            // A power cut right behind a commit may take it back, a later one may not.
+            const int before = done;
+            for (unsigned seed = 0; seed <= powerCuts; ++seed) {
+                const int found = states.transactionsIn(replay.state(changes, seed));
+                const QString what = "after %1 changes, seed %2: %3 transactions, %4";
+                QVERIFY2(found == before || found == (seed == 0 ? before + 1 : done),
+                         qPrintable(what.arg(changes).arg(seed).arg(found).arg(states.lastCheck)));
+                if (seed == 0)
+                    done = found;
+            }
         }
-        m_counts += QString::asprintf(
-            "%s: %d events, states: %d after a kill, %d after a power cut; opened again: %d\n",
-            qPrintable(name), trial.replay.events(), trial.kills, trial.cuts, trial.opened);
-        m_states += trial.found.size();
-        QVERIFY2(trial.failure.isEmpty(), qPrintable(trial.failure));
-        QCOMPARE(done, trial.judge.transactions());
-        QCOMPARE(trial.replay.state(trial.replay.events(), 0), trial.after); // nothing was missed
+        QCOMPARE(done, transactions.size());
+        std::printf("%s: %d changes, %d different states\n", operation->name, replay.changes(),
+                    states.found.size());
+        m_states += states.found.size();
     }
 
-    void cleanupTestCase() { std::printf("%s%d states\n", qPrintable(m_counts), m_states); }
+    void cleanupTestCase() { std::printf("%d states\n", m_states); }
 
 private:
-    QString m_counts;
+    const Files m_fresh = filesInFolder();
     int m_states = 0;
 };
 
-int main(int argc, char** argv)
-{
-    if (!Dispenser::isHere()) {
-        std::fputs("run me inside sandbox/enter\n", stderr);
-        return 1;
-    }
-    QCoreApplication app(argc, argv);
-    const QStringList arguments = app.arguments();
-    if (arguments.value(1) == "--run") {
-        const LogCapture quiet;
-        operationNamed(arguments.value(2)).run();
-        return 0;
-    }
-    Dispenser::sql(defaultsOfT, Dispenser::defaultsDatabase);
-    if (arguments.value(1) == "--state") { // and a bad state's name: makes its files again
-        const Trial trial(operationNamed(arguments.value(2)));
-        writeFolder("/tmp/state/",
-                    trial.replay.state(arguments.value(3).toInt(), arguments.value(4).toUInt()));
-        return 0;
-    }
-    TestCrashPoints test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+DISPENSER_TEST_MAIN(TestCrashPoints, QCoreApplication)
 #include "tst_crashpoints.moc"
