@@ -30,20 +30,20 @@ struct KnownDifference
 
 KnownDifference knownDifferences[] = {
     {"numbers of all widths are bound as numbers, which sort as such; Qt binds some as texts",
-     R"(select .*\n  answer true true QVariant.(int|qlonglong|double), (-?\d+).*'(integer|real)'.*)"
-     R"( <> answer true true QVariant.QString, '\2(\.5)?'. false QVariant.QString, 'text'.*)"},
+     R"(select .*\n  record .*\n  row .*QVariant.(int|qlonglong|double), (-?\d+).*'(integer|real)'.*)"
+     R"( <> row .*QVariant.QString, '\2(\.5)?'. falseQVariant.QString, 'text'.*)"},
     {"an empty blob is a value; Qt calls it null",
-     R"(select .*\n  (answer true true QVariant.QByteArray, ''.) false (.*) <> \1 true \2)"},
+     R"(select .*\n  (row .*QVariant.QByteArray, ''.) false(.*) <> \1 true\2)"},
     {"half a surrogate pair is bound as a question mark; Qt binds what is no UTF-8",
-     R"(select .*\n  (answer true true QVariant.QString, ').*'3F'. false <> \1.*'EDA080'. false)"},
+     R"(select .*\n  record .*\n  (row .*QVariant.QString, ').*'3F'. false(.*) <> \1.*'EDA080'. false\2)"},
     {"an error of the driver's own has no text of the engine; Qt gives SQLite's \"not an error\"",
-     R"(\w+.SELECT 1; .*\n  is (.*)'', ('Unable to execute multiple statements.*'), ''. <> is )"
+     R"(\w+ 'SELECT 1; .*\n  is (.*)'', ('Unable to execute multiple statements.*'), ''. <> is )"
      R"(\1'21', \2, 'not an error'.)"},
     {"a statement with a NUL is an error; Qt runs what stands before the NUL",
-     R"(\w+.SELECT 1\\0a.*\n  answer false.* <> answer true.*\n  is .* 2 .*The statement holds a NUL)"
+     R"(\w+ 'SELECT 1\\u0000a.*\n  answer false.* <> answer true.*\n  is .* 2 .*The statement holds a NUL)"
      R"(', ''. <> is .*(\n  (id|texts|record|row) .*)*)"},
     {"where no statement was prepared there is none to run; Qt says that its values do not match",
-     R"(exec.*\n  is (\w+) false false -2 false 1 .*'Unable to fetch row', 'No query'. <> is )"
+     R"((?:exec|select).*\n  is (\w+) false false -2 false 1 .*'Unable to fetch row', 'No query'. <> is )"
      R"(\1 \w+ \w+ -1 false 2 .*'Parameter count mismatch', ''.)"},
     {"a query whose values do not match is not active; Qt's stays as it was",
      R"(exec.*\n  is true false false (-1 false 2 .*'Parameter count mismatch', ''.) <> is )"
@@ -52,12 +52,12 @@ KnownDifference knownDifferences[] = {
      R"(exec.*\n  answer false -1 <> answer true -1\n  is .*'Parameter count mismatch'.* <> .*(\n  id .*)?)"
      R"(\n  record QSqlRecord.0. <> record QSqlRecord.4. 0: QSqlField.'@z'.*\n  row .*)"},
     {"a query whose connection was closed is not active; Qt's stays as it was",
-     R"((open|close)..(\n  is (\w+) false (\w+) -1 false (.*) <> is \3 \w+ \4 -?\d \w+ \5)"
+     R"((open|close)(\n  is (\w+) false (\w+) -1 false (.*) <> is \3 \w+ \4 -?\d \w+ \5)"
      R"((\n  (record|row) .*)*)+)"},
     {"a column's default is the text that it declares; Qt leaves its apostrophes doubled",
      R"(record.*\n  (answer .*'it)('s'.*) <> \1'\2)"},
     {"a transaction that SQLite has rolled back itself can be rolled back; Qt says there is none",
-     R"(rollback..\n  answer true true 0 .* <> answer false true 3 .*no transaction is active'.)"},
+     R"(rollback\n  answer true true <> answer false true)"},
 };
 
 bool isKnown(const QString& difference)
@@ -85,32 +85,24 @@ QString difference(const QStringList& ours, const QStringList& theirs)
     return lines.isEmpty() ? QString() : ours.first() + lines;
 }
 
-struct Outcome
-{
-    QStringList calls; // that were made
-    QString difference; // the unknown one after the last of them, if there was one
-};
-
-Outcome compare(const std::vector<unsigned>& sequence)
+// The first unknown difference in a sequence, or none; appends its calls up to there.
+QString compare(const std::vector<unsigned>& sequence, QStringList& calls)
 {
     QTemporaryDir folder;
     Side ours("QSQLCIPHER", folder.filePath("ours"));
     Side theirs("QSQLITE", folder.filePath("theirs"));
-    Outcome outcome;
     for (const unsigned random : sequence) {
         const QStringList our = ours.call(random);
-        const QStringList their = theirs.call(random);
-        outcome.calls.append(our.first());
-        outcome.difference = difference(our, their);
-        if (outcome.difference.isEmpty())
+        const QString found = difference(our, theirs.call(random));
+        calls.append(our.first());
+        if (found.isEmpty())
             continue;
-        if (!isKnown(outcome.difference))
-            break;
-        outcome.difference.clear();
+        if (!isKnown(found))
+            return found;
         ours.clear(); // what differs would do so in all that follows
         theirs.clear();
     }
-    return outcome;
+    return {};
 }
 
 std::vector<unsigned> sequenceOf(unsigned seed)
@@ -121,16 +113,17 @@ std::vector<unsigned> sequenceOf(unsigned seed)
     return sequence;
 }
 
-// Leaves out, one by one, the calls without which the drivers differ too.
-Outcome shrunk(std::vector<unsigned> sequence)
+// Without the calls, tried one by one, that it takes not for the drivers to differ.
+std::vector<unsigned> shrunk(std::vector<unsigned> sequence)
 {
     for (size_t left = sequence.size(); left-- > 0;) {
         std::vector<unsigned> fewer = sequence;
         fewer.erase(fewer.begin() + left);
-        if (!compare(fewer).difference.isEmpty())
+        QStringList calls;
+        if (!compare(fewer, calls).isEmpty())
             sequence = fewer;
     }
-    return compare(sequence);
+    return sequence;
 }
 
 } // namespace
@@ -144,18 +137,18 @@ int main(int argc, char** argv)
     // Qt warns of calls that make no sense, of which there are many.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
 
-    int calls = 0;
+    QStringList calls;
     for (unsigned seed = firstSeed; seed < firstSeed + sequences; ++seed) {
-        const Outcome outcome = compare(sequenceOf(seed));
-        calls += outcome.calls.size();
-        if (outcome.difference.isEmpty())
+        const std::vector<unsigned> sequence = sequenceOf(seed);
+        if (compare(sequence, calls).isEmpty())
             continue;
-        const Outcome shortest = shrunk(sequenceOf(seed));
+        QStringList enough;
+        const QString found = compare(shrunk(sequence), enough);
         printf("With seed %u the drivers differ. Enough of its calls:\n%s\nOurs <> Qt's after %s\n",
-               seed, qPrintable(shortest.calls.join('\n')), qPrintable(shortest.difference));
+               seed, qPrintable(enough.join('\n')), qPrintable(found));
         return 1;
     }
-    printf("%u sequences, %d calls. All are alike but for these:\n", sequences, calls);
+    printf("%u sequences, %d calls. All are alike but for these:\n", sequences, calls.size());
     bool allMet = true;
     for (const KnownDifference& it : knownDifferences) {
         printf("%6d %s\n", it.met, it.reason);
