@@ -113,11 +113,16 @@ QQuickItem* Stage::button(const QString& text) const
 
 bool Stage::tap(const QQuickItem* item)
 {
-    if (!item)
-        return false;
     QTest::qWait(30); // positioners place their items with the next frame
+    if (!item || !QTest::qWaitFor([this] { return takesTouches(); }, 10000))
+        return false;
     tap(middle(item));
     return true;
+}
+
+bool Stage::takesTouches() const
+{
+    return !is("typeof busy !== 'undefined' && busy.shut");
 }
 
 QPoint Stage::middle(const QQuickItem* item)

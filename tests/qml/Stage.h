@@ -45,9 +45,14 @@ public:
     QQuickItem* button(const QString& text) const;
     bool shows(const QString& text) const { return !visible("text", text).isEmpty(); }
 
-    // A press and a release; false when there is no such button in sight.
+    // Whether a touch may act: after a step that blocked the scene that takes a while, on a slow
+    // machine a long one. A widget that is shown alone always takes them.
+    bool takesTouches() const;
+    // A press and a release as soon as the scene takes touches; false when there is no such button
+    // in sight, or when it takes none within 10 s.
     bool tap(const QString& buttonText) { return tap(button(buttonText)); }
     bool tap(const QQuickItem* item);
+    // A press and a release now, whether or not they act.
     void tap(const QPoint& point);
     // Presses and releases all over the screen. They come with the next events, as those that were
     // made while the program stood still.
