@@ -1,20 +1,23 @@
 #include "Stage.h"
 
 #include "Dispenser.h"
+#include "config/UiConfig.h"
+#include "process/LaunchAsync.h"
 #include "software/FileHelper.h"
-#include <QPixmap>
-#include <QQmlComponent>
+
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlExpression>
-#include <QScreen>
+#include <QTest>
+
+#include <algorithm>
 
 namespace {
 
 void registerTypes()
 {
     qmlRegisterUncreatableType<UiConfig>("MyLibrary", 1, 0, "SystemType", "an enum only");
-    qmlRegisterType<FakeLaunchAsync>("MyLibrary", 2, 0, "LaunchAsync");
+    qmlRegisterType<LaunchAsync>("MyLibrary", 2, 0, "LaunchAsync");
     qmlRegisterType<FileHelper>("MyLibrary", 2, 0, "FileHelper");
 }
 Q_COREAPP_STARTUP_FUNCTION(registerTypes)
@@ -34,138 +37,70 @@ void collect(QQuickItem* item, const char* property, const QVariant& value,
 
 } // namespace
 
-void Stage::open(const QByteArray& qml)
+Stage::Stage()
 {
-    const bool small = type == UiConfig::TALVOGATEWAY;
-    for (const auto* width : {"screenWidth", "serviceWidth"})
-        m_config.insert(width, small ? 800 : 1920);
-    for (const auto* height : {"screenHeight", "serviceHeight"})
-        m_config.insert(height, small ? 480 : 1080);
-    m_config.insert("systemType", int(type));
-    m_config.insert("systemName", "talvo");
-    m_view = std::make_unique<QQuickView>();
-    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
-    m_view->rootContext()->setContextProperties({
-        {"manager", QVariant::fromValue(&manager)},
+    m_view.rootContext()->setContextProperties({
+        {"manager", QVariant::fromValue(&m_manager)},
         {"vemTranslations", QVariant::fromValue(&translations)},
-        {"vemScriptLauncher", QVariant::fromValue(&scripts)},
-        {"systemConfig", QVariant::fromValue(&m_config)},
+        {"vemScriptLauncher", QVariant::fromValue(&m_scripts)},
+        {"systemConfig", QVariant::fromValue(UiConfig::getInstance())},
         {"MERIVON_LOCATION_PICTURES_UI", "/opt/Merivon/Pictures/ServiceUI/"},
-        {"MERIVON_LOCATION_VERSIONS", "/opt/Merivon/Versions/"},
+        {"MERIVON_LOCATION_VERSIONS", Dispenser::versionsStore},
         {"MEDIA_DIRECTORY", Dispenser::mediaFolder().chopped(1)},
-        {"DEV_MODE", developing},
+        {"DEV_MODE", true},
     });
-    const QUrl main(QStringLiteral("qrc:/SoftwareUpdater/qml/main.qml"));
-    auto* component = new QQmlComponent(m_view->engine(), m_view.get());
-    if (qml.isEmpty())
-        component->loadUrl(main);
-    else
-        component->setData("import QtQuick 2.15\nimport \"../../Libs/VemloQT/qml\"\n"
-                           "import \"../../ServiceUI/qml\"\n"
-                               + qml,
-                           main);
-    m_view->setContent(main, component, component->create());
-    m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view.setSource(QUrl(QStringLiteral("qrc:/SoftwareUpdater/qml/main.qml")));
+    m_view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&m_view));
 }
 
-void Stage::open(UiConfig::SystemType systemType, const QString& buttonText)
+QVariant Stage::js(const QString& code, QQuickItem* item) const
 {
-    type = systemType;
-    open();
-    QVERIFY(tap(buttonText));
-}
-
-void Stage::chooseSoftware(const QString& name)
-{
-    for (const auto& each : {OnTheStick::package, OnTheStick::image, OnTheStick::foreignImage})
-        manager.packages << "/media/" + each;
-    open(UiConfig::TALVO, "Update Software");
-    QTRY_VERIFY(button(name));
-    QVERIFY(tap(name));
-    QVERIFY(isInstallOn());
-}
-
-QVariant Stage::js(const QString& code) const
-{
-    QQmlExpression expression(qmlContext(root()), root(), code);
+    auto* scope = item ? item : m_view.rootObject();
+    QQmlExpression expression(qmlContext(scope), scope, code);
     auto value = expression.evaluate();
     if (expression.hasError())
         qWarning().noquote() << expression.error().toString();
     return value;
 }
 
-QList<QQuickItem*> Stage::visible(const char* property, const QVariant& value) const
+QList<QQuickItem*> Stage::visible(const char* property, const QVariant& value,
+                                  QQuickItem* top) const
 {
     QList<QQuickItem*> found;
-    collect(root(), property, value, found);
+    collect(top ? top : m_view.rootObject(), property, value, found);
     return found;
 }
 
-QQuickItem* Stage::button(const QString& text) const
+QStringList Stage::message() const
 {
-    const auto found = visible("btnText", text) + visible("text", text);
-    const auto item = std::find_if(found.begin(), found.end(), [](const QQuickItem* each) {
-        return !each->inherits("QQuickText");
+    QStringList lines;
+    const auto texts = visible("fontInfo", {}, popUp());
+    for (const auto* item : texts)
+        lines << item->property("text").toString();
+    lines.removeAll({});
+    return lines;
+}
+
+bool Stage::offersInstall()
+{
+    const auto buttons = visible("btnText", translations.lookUp("Install Software"));
+    return buttons.size() == 1 && buttons.first()->property("state") == "stateDeselected";
+}
+
+bool Stage::tap(const QStringList& texts)
+{
+    return std::all_of(texts.begin(), texts.end(), [this](const QString& text) {
+        const auto canBeTapped = [&] { return shows(text) && !js("busy.enabled").toBool(); };
+        const bool isInTime = QTest::qWaitFor(canBeTapped, 20000);
+        QTest::qWait(30); // positioners place their items with the next frame
+        const auto items = visible("text", text);
+        if (!isInTime || items.isEmpty())
+            return false;
+        const QRectF area(0, 0, items.last()->width(), items.last()->height());
+        const auto middle = items.last()->mapRectToScene(area).center().toPoint();
+        QTest::mouseClick(&m_view, Qt::LeftButton, {}, middle);
+        return true;
     });
-    return item == found.end() ? nullptr : *item;
-}
-
-bool Stage::tap(const QQuickItem* item)
-{
-    QTest::qWait(30); // positioners place their items with the next frame
-    if (!item || !QTest::qWaitFor([this] { return takesTouches(); }, 10000))
-        return false;
-    tap(middle(item));
-    return true;
-}
-
-bool Stage::takesTouches() const
-{
-    return !is("typeof busy !== 'undefined' && busy.shut");
-}
-
-QPoint Stage::middle(const QQuickItem* item)
-{
-    return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
-}
-
-void Stage::tap(const QPoint& point)
-{
-    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, point);
-}
-
-void Stage::queueTapsEverywhere()
-{
-    for (int y = 12; y < m_view->height(); y += 24) {
-        for (int x = 12; x < m_view->width(); x += 24) {
-            for (const auto what : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-                const auto held = what == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
-                QCoreApplication::postEvent(
-                    m_view.get(),
-                    new QMouseEvent(what, {qreal(x), qreal(y)}, Qt::LeftButton, held, {}));
-            }
-        }
-    }
-}
-
-void Stage::tapEverywhere()
-{
-    queueTapsEverywhere();
-    QCoreApplication::sendPostedEvents(m_view.get());
-}
-
-FakeLaunchAsync* Stage::launcher(const QString& argument) const
-{
-    const auto all = root()->findChildren<FakeLaunchAsync*>();
-    for (auto* launcher : all) {
-        if (launcher->launched.join('\n').contains(argument))
-            return launcher;
-    }
-    return nullptr;
-}
-
-void Stage::save(const QString& path) const
-{
-    QVERIFY(m_view->screen()->grabWindow(m_view->winId()).save(path));
 }
