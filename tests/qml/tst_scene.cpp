@@ -90,6 +90,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(stage.shows("Installing Software, please wait..."), 20000);
         QFile::remove("/tmp/install");
         QTRY_VERIFY_WITH_TIMEOUT(stage.shows("Software has been updated successfully!"), 20000);
+        QVERIFY(stage.offersInstall());
     }
 
     void longListIsMadeOfTheRowsInSightAndKeepsTheChoice()
