@@ -11,7 +11,7 @@ namespace {
 
 struct Seen
 {
-    int action;
+    int action = 0;
     QByteArray name; // of a pragma, or the attached file
     QByteArray value;
     QByteArray schema;
@@ -27,17 +27,11 @@ int note(void* seen, int action, const char* name, const char* value, const char
     return SQLITE_IGNORE;
 }
 
-sqlite3* openInMemory()
-{
-    sqlite3* database = nullptr;
-    HOLDS(sqlite3_open(":memory:", &database) == SQLITE_OK, sqlite3_errmsg(database));
-    return database;
-}
-
 // The pragmas and attachments of the statements up to the first that is none.
 QVector<Seen> seenBySqlite(const QByteArray& sql)
 {
-    static sqlite3* const database = openInMemory();
+    static sqlite3* database = nullptr;
+    HOLDS(database || sqlite3_open(":memory:", &database) == SQLITE_OK, sql);
     QVector<Seen> seen;
     sqlite3_set_authorizer(database, note, &seen);
     const char* rest = sql.constData();
@@ -58,7 +52,7 @@ void tryInput(const QByteArray& input)
     if (sql.contains(QChar::Null))
         return; // refused before
     const QVector<Seen> seen = seenBySqlite(sql.toUtf8());
-    const Seen first = seen.isEmpty() ? Seen {} : seen.constFirst();
+    const Seen first = seen.value(0);
     const QByteArray pragma = first.name.toLower();
     const bool ofMain
         = first.action == SQLITE_PRAGMA && (first.schema.isEmpty() || first.schema == "main");
