@@ -1,11 +1,26 @@
 #include "database/SqlText.h"
 
-#include <QRegularExpression>
+#include <algorithm>
+
+namespace {
+
+bool isLetterOfName(QChar letter)
+{
+    return letter == QLatin1Char('_') || (letter.unicode() < 128 && letter.isLetterOrNumber());
+}
+
+// Without a regular expression, the library of which a start would have to load for it.
+bool isPlainName(const QString& text)
+{
+    return !text.isEmpty() && !text.at(0).isDigit()
+        && std::all_of(text.begin(), text.end(), isLetterOfName);
+}
+
+} // namespace
 
 QString SqlText::column(const QString& name)
 {
-    static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z_][A-Za-z0-9_]*\\z"));
-    return plain.match(name).hasMatch() ? name : refused(name);
+    return isPlainName(name) ? name : refused(name);
 }
 
 QString SqlText::refused(const QString& sql)

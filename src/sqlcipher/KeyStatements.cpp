@@ -44,6 +44,21 @@ bool isPassPhrase(const QString& key)
     return !key.isEmpty() && !key.startsWith(QLatin1String("x'"), Qt::CaseInsensitive);
 }
 
+// The pass phrase where the statement is as programs of the platform write it; nothing for any
+// other form. Such a program gets by without the regular expressions, and that without half a
+// megabyte of their library.
+std::optional<QByteArray> plainPassPhraseOf(const QString& sql)
+{
+    const QLatin1String head("PRAGMA key='");
+    const QLatin1String tail("';");
+    if (sql.size() < head.size() + tail.size() || !sql.startsWith(head) || !sql.endsWith(tail))
+        return {};
+    const QString key = sql.mid(head.size()).chopped(tail.size());
+    if (key.isEmpty() || key.contains(QLatin1Char('\'')))
+        return {};
+    return key.toUtf8();
+}
+
 bool isFile(const QString& name)
 {
     return !name.isEmpty() && name != QLatin1String(":memory:");
@@ -53,10 +68,12 @@ bool isFile(const QString& name)
 
 std::optional<QByteArray> passPhraseOf(const QString& sql)
 {
-    static const QRegularExpression pattern = statementPattern(QStringLiteral(
-        "_PRAGMA\\b_(?:<main>_\\._)?<key>_=_('(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
     if (!mayBe("pragma", sql))
         return {};
+    if (const auto passPhrase = plainPassPhraseOf(sql))
+        return passPhrase;
+    static const QRegularExpression pattern = statementPattern(QStringLiteral(
+        "_PRAGMA\\b_(?:<main>_\\._)?<key>_=_('(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
     const QRegularExpressionMatch match = pattern.match(sql);
     if (!match.hasMatch() || !isPassPhrase(unquoted(match.captured(1))))
         return {};
@@ -65,25 +82,29 @@ std::optional<QByteArray> passPhraseOf(const QString& sql)
 
 bool givesKey(const QString& sql)
 {
+    if (!mayBe("pragma", sql))
+        return false;
     static const QRegularExpression pattern
         = statementPattern(anyPragmaOfMain + QStringLiteral("<(?:hex)?(?:re)?key>_[=(]"));
-    return mayBe("pragma", sql) && pattern.match(sql).hasMatch();
+    return pattern.match(sql).hasMatch();
 }
 
 bool setsParameter(const QString& sql)
 {
+    if (!mayBe("pragma", sql))
+        return false;
     static const QRegularExpression pattern
         = statementPattern(anyPragmaOfMain + QStringLiteral("[\"'`\\[]?(?:cipher|kdf|fast)"));
-    return mayBe("pragma", sql) && pattern.match(sql).hasMatch();
+    return pattern.match(sql).hasMatch();
 }
 
 std::optional<Attachment> attachmentOf(const QString& sql)
 {
+    if (!mayBe("attach", sql))
+        return {};
     static const QRegularExpression pattern
         = statementPattern(QStringLiteral("_ATTACH\\b_(?:DATABASE\\b_)?('(?:[^']|'')*')_AS\\b_"
                                           "((?!\\d)\\w+|'(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
-    if (!mayBe("attach", sql))
-        return {};
     const QRegularExpressionMatch match = pattern.match(sql);
     if (!match.hasMatch() || !isFile(unquoted(match.captured(1))))
         return {};
