@@ -9,7 +9,8 @@ Rectangle {
     property string pageTitle: vemTranslations.lookUp("Software Updater")
                                + vemTranslations.languageBinder
 
-    // Made when it is shown first: the start does not wait for what few technicians open.
+    // Made when they are shown first: the start does not wait for them.
+    property Item updatePanel: null
     property Item advanceOptionsPanel: null
 
     // A panel that comes into sight may be made first, read the store or wait for the database:
@@ -23,6 +24,8 @@ Rectangle {
 
     function showUpdatePanel() {
         busy.hold(function() {
+            if (!updatePanel)
+                updatePanel = made("UpdatePanel.qml");
             showOnly(updatePanel);
             setTitle("Update Software");
         });
@@ -30,22 +33,20 @@ Rectangle {
 
     function showAdvanceOptionsPanel() {
         busy.hold(function() {
-            makeAdvanceOptionsPanel();
+            if (!advanceOptionsPanel)
+                advanceOptionsPanel = made("AdvanceOptionsPanel.qml");
             showOnly(advanceOptionsPanel);
             setTitle("Advanced Options");
         });
     }
 
-    function makeAdvanceOptionsPanel() {
-        if (!advanceOptionsPanel)
-            advanceOptionsPanel = Qt.createComponent("AdvanceOptionsPanel.qml").createObject(mainPanel);
-    }
+    function made(file) { return Qt.createComponent(file).createObject(mainPanel); }
 
     function showOnly(panel) {
-        choicePanel.showMenu = panel === choicePanel;
-        updatePanel.showMenu = panel === updatePanel;
-        if (advanceOptionsPanel)
-            advanceOptionsPanel.showMenu = panel === advanceOptionsPanel;
+        [choicePanel, updatePanel, advanceOptionsPanel].forEach(function(each) {
+            if (each)
+                each.showMenu = each === panel;
+        });
     }
 
     // Bound, so that the title follows a change of language.
@@ -63,5 +64,4 @@ Rectangle {
     Component.onCompleted: showChoicePanel()
 
     ChoicePanel { id: choicePanel }
-    UpdatePanel { id: updatePanel }
 }
