@@ -3,6 +3,7 @@
 #include "app/Event.h"
 #include "app/Logger.h"
 #include "app/MessageHandler.h"
+#include "app/Preload.h"
 #include "app/QtQuick2ApplicationViewer.h"
 #include "app/StandardOutput.h"
 #include "config/UiConfig.h"
@@ -116,5 +117,6 @@ int main(int argc, char** argv)
     qInstallMessageHandler(myMessageHandler);
     Logger::getLogDevMessages();
     CommandLine::choosePlatform(argc, argv);
+    Preload::fonts();
     ProcessEnd::now(runUpdater(argc, argv));
 }
