@@ -1,24 +1,86 @@
 // The file chooser of FileHelper: its listing and the ways through it.
 
 #include "software/FileHelper.h"
+#include "software/FolderReader.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QVector>
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
+using Filters = QVector<QRegularExpression>;
+
 // Made once a listing, not once an entry: a folder of a stick may hold ten thousand.
-QVector<QRegularExpression> matchers(const QStringList& wildcards)
+Filters filtersOf(const QStringList& wildcards)
 {
-    QVector<QRegularExpression> result;
+    Filters result;
     for (const QString& wildcard : wildcards) {
         const QRegularExpression matcher(QRegularExpression::wildcardToRegularExpression(wildcard));
         if (matcher.isValid())
             result.append(matcher);
     }
     return result;
+}
+
+// What stands in the chooser's list, in its order.
+struct Row
+{
+    QString name;
+    bool isFolder;
+    int times; // that it stands there
+    int suffixAt;
+
+    Row(const QString& entry, bool folder, int count)
+        : name(entry), isFolder(folder), times(count), suffixAt(entry.lastIndexOf('.') + 1)
+    {
+    }
+
+    QStringView suffix() const
+    {
+        return QStringView(name).mid(suffixAt > 0 ? suffixAt : name.size());
+    }
+
+    bool operator<(const Row& other) const
+    {
+        if (isFolder != other.isFolder)
+            return isFolder;
+        const int order = suffix().compare(other.suffix());
+        return order != 0 ? order < 0 : name < other.name;
+    }
+};
+
+// No end after a match, kept: a file that two filters match is listed twice, and a page with
+// overlapping filters counts on a row for each.
+int timesListed(const QString& file, const Filters& filters)
+{
+    return static_cast<int>(
+        std::count_if(filters.begin(), filters.end(), [&file](const QRegularExpression& filter) {
+            return filter.match(file).hasMatch();
+        }));
+}
+
+// Through the reader of the media: QDir would make an object of each entry, and ask the stick for
+// those that no filter lets pass.
+std::vector<Row> rowsOfFolder(const QString& path, const Filters& filters)
+{
+    std::vector<Row> rows;
+    FolderReader reader(QFile::encodeName(path));
+    while (reader.next()) {
+        if (reader.isLink() || !FolderReader::isText(reader.name()))
+            continue;
+        const QString name = QFile::decodeName(reader.name());
+        const int count = reader.isFolder() ? 1 : timesListed(name, filters);
+        if (count > 0 && reader.isReadable())
+            rows.emplace_back(name, reader.isFolder(), count);
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
 }
 
 } // namespace
@@ -47,22 +109,9 @@ void FileHelper::setCurrentPath(const QString& path)
 void FileHelper::setFolderPath(const QString& path)
 {
     m_folderEntries.clear();
-    const QFileInfoList entries = QDir(path).entryInfoList(
-        QDir::Dirs | QDir::Files | QDir::Readable | QDir::NoSymLinks | QDir::NoDotAndDotDot,
-        QDir::DirsFirst | QDir::Type);
-    const QVector<QRegularExpression> filters = matchers(m_filterNames);
-    for (const QFileInfo& entry : entries) {
-        const QString name = entry.fileName();
-        if (entry.isDir()) {
-            m_folderEntries.append(name);
-            continue;
-        }
-        // No break after a match, kept: a file that two filters match is listed twice, and a page
-        // with overlapping filters counts on a row for each.
-        for (const QRegularExpression& filter : filters) {
-            if (filter.match(name).hasMatch())
-                m_folderEntries.append(name);
-        }
+    for (const Row& row : rowsOfFolder(QDir(path).absolutePath(), filtersOf(m_filterNames))) {
+        for (int i = 0; i < row.times; ++i)
+            m_folderEntries.append(row.name);
     }
     emit listChanged();
 }

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -60,6 +61,11 @@ bool FolderReader::next()
             return true;
     }
     return false;
+}
+
+bool FolderReader::isReadable() const
+{
+    return faccessat(dirfd(m_directory.get()), m_name.constData(), R_OK, 0) == 0;
 }
 
 // A failing stick ends the listing as the folder's end does, but for the error that it leaves.

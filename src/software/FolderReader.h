@@ -66,6 +66,8 @@ public:
     QByteArray name() const { return m_name; }
     bool isFolder() const { return m_isFolder; }
     bool isLink() const { return m_isLink; }
+    // Whether this process may read it; asks the file system.
+    bool isReadable() const;
     // The device that a link leads to.
     dev_t linkedDevice() const { return m_linkedDevice; }
 
