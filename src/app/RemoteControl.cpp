@@ -15,10 +15,11 @@ RemoteControl::Failures RemoteControl::registerOnBus()
 {
     Failures failures;
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.registerService(serviceName))
-        failures.service = bus.lastError().message();
+    // The object first: who sees the name may call it at once.
     if (!bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots))
         failures.object = bus.lastError().message();
+    if (!bus.registerService(serviceName))
+        failures.service = bus.lastError().message();
     // By its string form: the bus connects to slots by name only. Not to a bus that has gone away
     // meanwhile: Qt would ask that for the service's owner, on which libdbus aborts.
     if (bus.isConnected())

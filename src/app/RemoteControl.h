@@ -20,7 +20,7 @@ public:
         std::optional<QString> object;
     };
 
-    // Registers the service and this object on the session bus and, where there is one, listens to
+    // Registers this object and the service on the session bus and, where there is one, listens to
     // the signal. Waits for the bus's answers. To be called on this object's thread.
     Failures registerOnBus();
 
