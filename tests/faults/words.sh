@@ -1,47 +1,25 @@
 # shellcheck shell=bash disable=SC2034,SC2154
 # The words of the fault table: what goes wrong, the roads of a technician's touches, the moments of
-# a kill, and what has to hold. Sourced in the dispenser, after screen.sh.
-merivon=/opt/Merivon
-store=$merivon/Versions
-simulation=$merivon/Simulation
-database=$merivon/Database/merivon_database_enc.db
+# a kill, and what has to hold. Sourced in the dispenser, after screen.sh. Whatever is waited for is a
+# condition, and none of the times between touches is one that a busy machine could outrun.
 defaults=$store/Merivon-current/Database/merivon_defaults.db
-stick=/media/technician/STICK
-backup=/media/technician/BACKUP
-package=$stick/updates/quillmark-$system-1.04.00.tar.gz
-older_package=$backup/quillmark-$system-1.01.00.tar.gz
 image=$stick/MerivonMFV_V2.16.hex
 stock=/tmp/stock    # what was there before, and has to be there afterwards
-with=()             # what stands before the program's name
+with=(env --default-signal)     # stands before the program's name
 output='> "$log" 2>&1'
 updater=none
 way_back=corner     # the control that leads back from the panel in sight
-patience=30         # seconds
 
 # --- Questions.
 
-record() { command cut -f 2 "$simulation/record"; }
 calls() { record | grep -c "^$1"; }
 called() { record | grep -q "^$1"; }
-sql() { printf "PRAGMA key='d8pantry%%';\n.timeout 20000\n%s;\n" "$1" | sqlcipher -bail "${2-$database}" 2>&1; }
-logged() { grep -aqF -- "$1" "$log"; }
-current() { [[ $(readlink "$store/Merivon-current") == "$system-$1" ]]; }
 stored() { [[ -f $store/$system-$1/Database/merivon_defaults.db && -d $store/$system-$1/ServiceUI/Scripts ]]; }
 not() { ! "$@"; }
 is() { [[ $1 == "$2" ]]; }
 times() { is "$(calls "vemlo $1")" "$2"; }
-runs() { kill -0 "$updater" 2> /dev/null; }
+has_ended() { ! kill -0 "$updater" 2> /dev/null; }
 on_advanced() { offers "wheel remove" && offers corner; }
-
-# comes CONDITION...: as await, but of what is not on the screen.
-comes()
-{
-    local end=$((SECONDS + patience))
-    until "$@"; do
-        ((SECONDS < end)) || fail "$@"
-        sleep 0.02
-    done
-}
 
 # --- What goes wrong.
 
@@ -49,33 +27,36 @@ comes()
 declare -A usual=([delay]=1.5 [fail]=3 [die]=KILL [flood]=20 [error]="out of order")
 fault() { echo "$1 $2 ${3-${usual[$2]-}}" >> "$simulation/faults"; }
 
-# hold WHAT [before|after [PATTERN]]: a subcommand of the control command, or a tool that it or the
-# updater's shell calls with such arguments, waits before or after its work until told to go on.
+# hold WHEN: until told to go on, the control command waits before the subcommand of that name does
+# its work, or a tool of the system that it or the updater's shell calls waits before or after its own.
+declare -A tools=([unpacking]="tar before *" [unpacked]="tar after *" [renaming]="mv before *-1.0?.00" [copied]="cp after *"
+    [changed]="mv after *enc.db" [switching]="mv before *Merivon-current" [removing]="rm before *" [removed]="rm after *")
 hold()
 {
     touch /tmp/hold
-    case $1 in
-    import | install | firmware | start | stop) held=$1; fault "$1" hold /tmp/hold ;;
-    *)
-        echo "${2-before} ${3-*}" > /tmp/hold
-        cp "$here/held_tool" "/usr/local/bin/$1"
-        ;;
-    esac
+    if [[ -v tools[$1] ]]; then
+        echo "${tools[$1]#* }" > /tmp/hold
+        cp "$here/held_tool" "/usr/local/bin/${tools[$1]%% *}"
+    else
+        held=$1
+        fault "$1" hold /tmp/hold
+    fi
 }
 is_held() { [[ -e /tmp/reached ]] || { [[ -n ${held-} ]] && called "vemlo $held"; }; }
-go_on() { /bin/rm -f /tmp/hold /tmp/reached "$simulation/faults" /usr/local/bin/{tar,mv,cp,ln,rm}; }
+go_on() { /bin/rm -f /tmp/hold /tmp/reached "$simulation/faults" /usr/local/bin/{tar,mv,cp,rm}; }
 
-# lock writer|reader|all SECONDS: another program that has the shared database in use.
+# lock writer|reader|all SECONDS [DATABASE]: another program that has it in use.
 lock()
 {
     local -A how=([writer]="BEGIN IMMEDIATE" [reader]="BEGIN; SELECT count(*) FROM dictionary" [all]="BEGIN EXCLUSIVE")
     rm -f /tmp/locked
     sql "${how[$1]};
 .shell touch /tmp/locked; sleep $2
-COMMIT" > /dev/null &
+COMMIT" "${3-$database}" > /dev/null &
     locker=$!
     comes test -e /tmp/locked
 }
+unlock() { [[ -z ${locker-} ]] || pkill -KILL -P "$locker"; }
 
 # A disk of a megabyte with no room left, under the folder named.
 fill_disk()
@@ -85,46 +66,35 @@ fill_disk()
     true
 }
 # spoil WHAT: the shared database.
-spoil()
-{
-    case $1 in
-    missing) rm "$database" ;;
-    empty) : > "$database" ;;
-    damaged) damage "$database" 5 ;;
-    foreign) rm "$database" && sqlcipher "$database" "PRAGMA key='x'; CREATE TABLE dictionary(id, name, value);" ;;
-    folder) rm "$database" && mkdir "$database" ;;
-    short) truncate -s 3000 "$database" ;;
-    unreadable) chmod 0 "$database" ;;
-    without-tables) sql "DROP TABLE dictionary; DROP TABLE translations; DROP TABLE systemMessages" ;;
-    esac
-}
+declare -A spoilers=([missing]='rm "$database"' [empty]=': > "$database"' [damaged]='damage "$database" 5'
+    [foreign]='rm "$database" && sqlcipher "$database" "PRAGMA key=1; CREATE TABLE dictionary(id, name, value);"'
+    [folder]='rm "$database" && mkdir "$database"' [short]='truncate -s 3000 "$database"'
+    [unreadable]='chmod 0 "$database"'
+    [without-tables]='sql "DROP TABLE dictionary; DROP TABLE translations; DROP TABLE systemMessages"')
+spoil() { eval "${spoilers[$1]}"; }
 damage() { printf 'damaged page' | dd of="$1" bs=1 seek=$(($2 * 1024 + 100)) conv=notrunc 2> /dev/null; }
 setting() { sql "UPDATE dictionary SET value='$2' WHERE name='$1'" > /dev/null; take_stock; }
 pull() { rm -rf /media/technician/*/*; }
 declare -A hostile=([quote]="x' --" [statement]="';DELETE FROM dictionary;--" [shell]='$(touch owned);`touch owned`&'
     [markup]='<h1>x<img src=x>' [percent]='%1%2%n' [dash]='-rf ..' [line]=$'a\nb' [long]="$(printf 'x%.0s' {1..200})"
     [right-to-left]=$'\u202eabc\u05d0' [bytes]=$'\xff\xfe')
-named() { mkdir /tmp/pocket; mv "$package" /tmp/pocket/kept; pull; mv /tmp/pocket/kept "$stick/quillmark-${hostile[$1]}-1.tar.gz"; }
+named() { mv "$package" /tmp/kept; pull; mv /tmp/kept "$stick/quillmark-${hostile[$1]}-1.tar.gz"; }
 link_everywhere()
 {
     local each
     ln -s / /proc /sys .. . "$stick"
-    for each in {0..9}; do
-        mkdir "$stick/folder$each" && ln -s "$stick"/folder{0..9} "$stick/folder$each"
-    done
+    mkdir "$stick"/folder{0..9}
+    for each in "$stick"/folder*; do ln -s "$stick"/folder{0..9} "$each"; done
 }
 already_imported() { vemlo import "$package" && take_stock; }
 cut_short() { local part; part=$(head -c 300 "$1" | base64) && base64 -d <<< "$part" > "$1"; }
-offer_image() { rm "$older_package"; cp "$image" "$backup"; }
-slow_media() { with+=(env "SLOW_FOLDER=/media/technician" "LD_PRELOAD=${program%/*}/benchmarks/slow_folder.so"); }
-many_packages() { (cd "$stick/updates" && seq -f 'quillmark-many-%g.tar.gz' "$1" | xargs touch); }
-crowd() { mkdir -p "$stick/many" && (cd "$stick/many" && seq -f 'file%g.txt' "$1" | xargs touch); }
-declare -A clocks=([back]=-1d [past]=-20y [future]=+20y)
-clock() { echo "${clocks[$1]-+0}" > /tmp/clock.new && mv /tmp/clock.new /tmp/clock; }
+crowd() { mkdir "$stick/many" && (cd "$stick/many" && seq "$1" | xargs touch); }
+slow_media() { with+=("SLOW_FOLDER=/media/technician" "LD_PRELOAD=${program%/*}/benchmarks/slow_folder.so"); }
+clock() { echo "$1" > /tmp/clock.new && mv /tmp/clock.new /tmp/clock; }
 settable_clock()
 {
-    clock now
-    with+=(env "LD_PRELOAD=$(ls /usr/lib/*/faketime/libfaketime.so.1)" FAKETIME_TIMESTAMP_FILE=/tmp/clock
+    clock +0
+    with+=("LD_PRELOAD=$(ls /usr/lib/*/faketime/libfaketime.so.1)" FAKETIME_TIMESTAMP_FILE=/tmp/clock
         FAKETIME_NO_CACHE=1 FAKETIME_DONT_FAKE_MONOTONIC=1)
 }
 # What is left free for the updater: MEGABYTES more than it has now.
@@ -147,54 +117,53 @@ full_pipe()
 touch_device()
 {
     fingers=$((20000 + RANDOM % 20000))
-    with+=(env "QT_QPA_GENERIC_PLUGINS=tuiotouch:udp=$fingers" QT_TUIOTOUCH_DELIVER_WITHOUT_FOCUS=1)
+    with+=("QT_QPA_GENERIC_PLUGINS=tuiotouch:udp=$fingers" QT_TUIOTOUCH_DELIVER_WITHOUT_FOCUS=1)
 }
 
 # --- Roads. Each ends with its last touch.
 
+# Without the tenth of a second that xdotool waits behind a click.
+press() { point "$1" && xdotool mousemove "$x" "$y" click --delay 0 1; }
 begin()
 {
     eval '"${with[@]}" "$program" '"$output &"
     updater=$!
 }
 start() { begin; await offers advanced; }
-open_update() { press update; way_back=back; }
-open_advanced() { press advanced; way_back=corner; await on_advanced; }
-scan() { open_update; await offers "${1-first entry}"; }
-choose() { press "$1"; await offers install; }
-update() { scan "third entry"; choose "third entry"; press install; }
-flash() { scan; choose "first entry"; press install; }
-install() { open_advanced; press "wheel install"; }
-flash_stored() { open_advanced; press "firmware install"; }
-ask_removal() { open_advanced; press "wheel up"; press "wheel remove"; await offers yes; }
-remove() { ask_removal; press yes; }
-enter_row() { local shown; shown=$(look); press "first row"; await other_than "$shown"; }
-choose_file()
+# tap CONTROL CONDITION...: again if nothing came of it for long. A touch is lost, and has to be, while
+# the screen is being changed, which may be drawn already.
+tap()
 {
-    open_advanced
-    press file
-    await refuses import
-    xdotool mousemove 0 0
-    grab
-    enter_row # the medium, then the file on it
-    enter_row
-    await offers import
+    local again=$((SECONDS + 5))
+    press "$1"
+    comes is_tapped "$@"
 }
-import_file() { choose_file; press import; }
-restart() { press corner; }
+is_tapped()
+{
+    grab && "${@:2}" && return
+    ((SECONDS < again)) || { press "$1" && again=$((SECONDS + 5)); }
+    false
+}
+begins() { not no_message; }
+open_update() { tap update refuses install; way_back=back; }
+open_advanced() { tap advanced on_advanced; way_back=corner; }
+scan() { open_update; await offers "first entry"; }
+choose() { tap "$1" offers install; }
+install() { tap install begins; }
+update() { scan; choose "third entry"; install; }
+firmware() { scan; choose "first entry"; install; }
+wheel() { open_advanced; tap "wheel install" begins; }
+stored_firmware() { open_advanced; tap "firmware install" begins; }
+ask_removal() { open_advanced; tap "wheel up" other_than "$(look)"; tap "wheel remove" not offers "wheel remove"; }
+remove() { ask_removal; tap yes logged "rm -rf"; }
+choose_file() { open_advanced; tap file refuses import; comes file_chosen; }
+# The first row is the medium, then the file on it.
+file_chosen() { grab; offers import || { press "first row"; sleep 0.3; false; }; }
+file() { choose_file; tap import begins; }
+restart() { tap corner restarts; }
+restarts() { has_ended || refuses corner; }
 restore() { "${program%/*}/tests/app/logs" restore > "$log" 2>&1 & updater=$!; }
-taps() { point "$2" && xdotool mousemove "$x" "$y" click --repeat "$1" --delay 150 1; }
-everywhere() { local each; for each; do taps 2 "$each"; done; }
-# While a message on the whole screen is there, and while it fades.
-tap_message()
-{
-    local end=$((SECONDS + patience))
-    see full_message
-    until grab && no_message; do
-        ((SECONDS < end)) || fail an end of the message
-        taps 1 "$1"
-    done
-}
+twice() { for each; do point "$each" && xdotool mousemove "$x" "$y" click --repeat 2 --delay 60 1; done; }
 # Two fingers at once, on two controls; then none.
 fingers()
 {
@@ -204,83 +173,76 @@ fingers()
     sleep 0.1
     "$here/touch" "$fingers" "$width" "$height"
 }
+# Stops half a second before a message on the whole screen is gone.
+tapped_away() { grab; (($(lower) > 20)) || ! press "$1"; }
 
 # --- Moments.
 
-journal() { comes test -s "$database-journal"; }
-begun() { comes called "vemlo $1"; }
 line() { comes logged "$1"; }
 reach() { comes is_held; }
 see() { await "$@"; }
-settle() { await no_message; sleep 0.5; } # the end of its fade cannot be seen, but takes touches
+see_change() { local shown; shown=$(look); await other_than "$shown"; }
 
-kill-updater()
-{
-    kill -KILL "$updater"
-    wait "$updater" 2> /dev/null
-    updater=none
-}
-of_control() { pgrep -f '/usr/local/bin/(vemlo|tar|mv|cp|ln|rm)'; }
+kill-updater() { kill -KILL "$updater"; comes has_ended; }
+of_control() { pgrep -f '/usr/local/bin/(vemlo|tar|mv|cp|rm)'; }
 kill-control() { of_control | xargs -r kill -KILL; go_on; }
+job_is_over() { ! of_control > /dev/null; }
 finishes() { go_on; comes job_is_over; }
-kill_locker() { pkill -KILL -P "$locker"; }
 # The player outside takes all of the dispenser away.
 cut() { touch /tmp/cut; sleep infinity; }
 quit_by_bus() { dbus-send --type=method_call --dest=org.merivon.softwareUpdater / org.merivon.softwareUpdater.quitApp; }
-quit_by() { kill -s "$1" "$updater"; wait "$updater" 2> /dev/null; updater=none; }
+quit_by() { kill -s "$1" "$updater"; comes has_ended; }
 
 # --- What has to hold.
 
 ends()
 {
-    timeout "$patience" tail --pid "$updater" -f /dev/null || fail the end of the updater
+    comes has_ended
     wait "$updater"
     expect is $? 0
-    updater=none
 }
-
 # By "Back" and "Restart Merivon", tapped until they are taken.
+has_left()
+{
+    has_ended && return
+    [[ $way_back == corner ]] || press "$way_back"
+    press corner
+    sleep 0.1
+    false
+}
 leaves()
 {
-    local end=$((SECONDS + patience))
-    while runs; do
-        ((SECONDS < end)) || fail "Restart Merivon" ends the updater
-        [[ $way_back == corner ]] || press "$way_back"
-        press corner
-        sleep 0.1
-    done
+    comes has_left
     ends
     comes called "vemlo start"
     way_back=corner
 }
 
-job_is_over() { ! of_control > /dev/null; }
-installed_files() { (cd "$store" && find . -type f -not -path './.*' -exec sha1sum {} + | sort -k 2); }
-settings() { sql "SELECT name, value FROM dictionary" "$@" | sort; }
-rows() { sql "SELECT key, english, french, german, spanish FROM translations" | sort; sql "SELECT * FROM systemMessages" | sort; }
-take_stock()
+settings() { sql "SELECT 'setting', name, value FROM dictionary" "$@" | sort; }
+# A line each for a whole database, a setting, a row, a file of an installed version.
+assets()
 {
-    mkdir -p $stock
-    settings > $stock/settings
-    rows | sort > $stock/rows
-    installed_files > $stock/installed_files
+    sql "PRAGMA integrity_check; SELECT 'setting', name, value FROM dictionary; SELECT * FROM systemMessages;
+        SELECT key, english, french, german, spanish FROM translations"
+    (cd "$store" && find . -type f -not -path './.*' -exec sha1sum {} +)
 }
+take_stock() { assets | sort > $stock; }
 gone_or_whole() { [[ -e $store/$system-$1 ]] || removed "$1"; }
-removed() { expect test ! -e "$store/$system-$1"; sed -i "/$system-$1\//d" $stock/installed_files; }
-missing() { "$1" | sort | comm -23 <(sort "$stock/$1") - | head -n 3; }
-
+removed() { expect test ! -e "$store/$system-$1"; sed -i "/$system-$1\//d" $stock; }
+restored_whole()
+{
+    local now
+    now=$(settings)
+    [[ $now == "$(grep '^setting|' $stock)" ]] || expect is "$now" "$(settings "$defaults")"
+    { grep -v '^setting|' $stock; echo "$now"; } | sort -o $stock
+}
 intact()
 {
-    local each
-    expect is "$(sql 'PRAGMA integrity_check')" ok
-    for each in settings rows installed_files; do
-        expect is "$(missing $each)" ""
-    done
+    expect is "$(assets | sort | comm -23 $stock - | head -n 3)" "" # what is lost
     [[ ! -e $log ]] || expect is "$(grep -aE 'qrc:|Sanitizer|runtime error:' "$log" | grep -v logInstallFailed)" ""
     expect not called reboot
 }
 unharmed() { leaves; intact; }
-restored_whole() { local now; now=$(settings); expect eval '[[ $now == "$(< $stock/settings)" || $now == "$(settings "$defaults")" ]]'; settings > $stock/settings; }
 
 # After a kill: what runs on ends, and the next start shows the versions, of which it offers the
 # last one, installs it and ends well. Nothing of what was there is lost.
@@ -288,17 +250,17 @@ recovers()
 {
     local last
     go_on
-    [[ -z ${locker-} ]] || kill_locker
-    ! runs || leaves
+    unlock
+    has_ended || leaves
     comes job_is_over
     : > "$simulation/record"
-    with=()
+    with=(env)
     start
     last=$(find "$store/" -mindepth 1 -maxdepth 1 -type d -name '*-*' -printf '%f\n' | sort | tail -n 1)
-    install
+    wheel
     await bar
     expect called "vemlo install $last"
-    expect current "${last#"$system-"}"
+    expect is_current "${last#"$system-"}"
     unharmed
 }
 

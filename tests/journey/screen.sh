@@ -1,6 +1,14 @@
 # shellcheck shell=bash disable=SC2154
 # A virtual screen with the updater on it: where its controls are, a hand that touches them and an
-# eye that waits for what should come. Sourced inside the dispenser, with `system` set.
+# eye that waits for what should come; and what can be asked of the dispenser outside the program.
+# Sourced inside the dispenser, with `system` set.
+store=/opt/Merivon/Versions
+simulation=/opt/Merivon/Simulation
+database=/opt/Merivon/Database/merivon_database_enc.db
+stick=/media/technician/STICK
+backup=/media/technician/BACKUP
+package=$stick/updates/quillmark-$system-1.04.00.tar.gz
+older_package=$backup/quillmark-$system-1.01.00.tar.gz
 pictures=/tmp/pictures
 log=/tmp/log
 frame_buffer=/tmp/Xvfb_screen0
@@ -8,6 +16,12 @@ screen=/tmp/screen
 taken=0
 width=1920 height=1080
 [[ $system != talvogateway ]] || width=800 height=480
+
+record() { command cut -f 2 "$simulation/record"; }
+logged() { grep -aqF -- "$1" "$log"; }
+is_current() { [[ $(readlink "$store/Merivon-current") == "$system-$1" ]]; }
+# sql STATEMENTS [DATABASE]
+sql() { printf "PRAGMA key='d8pantry%%';\n.timeout 20000\n%s;\n" "$1" | sqlcipher -bail "${2-$database}" 2>&1; }
 
 # Centres of the controls, by the edges and the middle of the panel that holds them all.
 declare -A control
@@ -56,11 +70,14 @@ offers() { (($(corner "$1") > 200)); }
 refuses() { (($(corner "$1") / 64 == 1 || $(corner "$1") / 64 == 2)); }
 
 # At the left edge, where nothing else ever is: a message bar darkens the lower one of two points, a
-# message on the whole screen both.
-message() { (($(brightness 16 $((height - 61))) < 7)); }
-no_message() { (($(brightness 16 $((height - 61))) > 30)); }
-full_message() { message && (($(brightness 16 60) < 7)); }
-bar() { message && ! full_message; }
+# message on the whole screen both, as it fades in. A grab may hold the halves of two frames, so a bar
+# is looked at twice.
+lower() { brightness 16 $((height - 61)); }
+upper() { brightness 16 60; }
+no_message() { (($(lower) > 30)); }
+full_message() { (($(lower) < 7 && $(upper) < 7)); }
+lower_alone() { (($(lower) < 20 && $(upper) > 30)); }
+bar() { lower_alone && grab && lower_alone; }
 
 # A checksum of everything but the strip where the busy bar runs and the time below it.
 look()
@@ -103,16 +120,24 @@ fail()
     exit 1
 }
 
-# await CONDITION [ARG...]
+# comes CONDITION [ARG...]
 patience=60 # seconds, enough for a sanitizer's pace
-await()
+comes()
 {
     local end=$((SECONDS + patience))
-    until grab && "$@"; do
+    until "$@"; do
         ((SECONDS < end)) || fail "$@"
-        kill -0 "$updater" 2> /dev/null || fail "$@" "(the updater has ended)"
         sleep 0.05
     done
+}
+
+# await CONDITION [ARG...]: of what is on the screen, for as long as the updater runs.
+await() { comes is_seen "$@"; }
+is_seen()
+{
+    grab && "$@" && return
+    kill -0 "$updater" 2> /dev/null || fail "$@" "(the updater has ended)"
+    false
 }
 
 # The screen stays as it is when a client leaves and no other is there yet.
@@ -121,7 +146,7 @@ start_screen()
     mkdir -p "$pictures"
     exec {ready}<> <(:)
     Xvfb -displayfd "$ready" -noreset -fbdir "${frame_buffer%/*}" -screen 0 "${width}x${height}x24" 2> /tmp/screen.log &
-    read -r -t 20 DISPLAY <&"$ready" || { cat /tmp/screen.log; exit 1; }
+    read -r -t "$patience" DISPLAY <&"$ready" || { cat /tmp/screen.log; exit 1; }
     header=$(($(stat -c %s "$frame_buffer") - 4 * width * height))
     export DISPLAY=:$DISPLAY QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software
     layout
