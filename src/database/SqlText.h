@@ -26,9 +26,11 @@ bool fitsIntoLiteral(const QString& text);
 
 template <typename... Texts> QString SqlText::fill(const QString& pattern, const Texts&... texts)
 {
-    int place = 0;
+    static_assert(sizeof...(texts) < 10, "a place is one digit");
+    char literal[] = "'%0'";
     const auto mayStand = [&](const QString& text) {
-        const bool inLiteral = pattern.contains(QStringLiteral("'%%1'").arg(++place));
+        ++literal[2];
+        const bool inLiteral = pattern.contains(QLatin1String(literal));
         return !text.contains(QChar::Null) && (!inLiteral || fitsIntoLiteral(text));
     };
     const bool allMay = (mayStand(texts) && ...);

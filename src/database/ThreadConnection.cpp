@@ -38,8 +38,9 @@ ThreadConnection& ThreadConnection::current()
 QString ThreadConnection::name()
 {
     // Cut to 32 bits also where identifiers are longer: all processes of the platform do so.
-    const auto identifier = reinterpret_cast<quintptr>(QThread::currentThreadId());
-    return QStringLiteral("%1").arg(static_cast<qint64>(static_cast<qint32>(identifier)));
+    static thread_local const QString ownName = QString::number(
+        static_cast<qint32>(reinterpret_cast<quintptr>(QThread::currentThreadId())));
+    return ownName;
 }
 
 QSqlDatabase ThreadConnection::database()

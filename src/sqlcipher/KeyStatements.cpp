@@ -24,10 +24,15 @@ QRegularExpression statementPattern(QString pattern)
 const QString anyPragmaOfMain
     = QStringLiteral("(?:_;)*_(?:EXPLAIN\\b_(?:QUERY_PLAN\\b_)?)?PRAGMA\\b_(?:<main>_\\._)?");
 
-// Whether the word is there at all: almost every statement is spared the regular expressions.
-bool mayBe(const char* word, const QString& sql)
+// Whether the word can be there as a statement's first one, which only blanks, comments, semicolons
+// and EXPLAIN may precede: almost every statement is spared the regular expressions, most of them
+// even the search.
+bool mayBegin(const char* word, const QString& sql)
 {
-    return sql.contains(QLatin1String(word), Qt::CaseInsensitive);
+    const QChar first = sql.isEmpty() ? QChar() : sql.at(0).toLower();
+    const bool isOtherWord
+        = first >= 'a' && first <= 'z' && first != 'e' && first != QLatin1Char(*word);
+    return !isOtherWord && sql.contains(QLatin1String(word), Qt::CaseInsensitive);
 }
 
 // The text of a literal, or the name that a quoted identifier stands for.
@@ -68,7 +73,7 @@ bool isFile(const QString& name)
 
 std::optional<QByteArray> passPhraseOf(const QString& sql)
 {
-    if (!mayBe("pragma", sql))
+    if (!mayBegin("pragma", sql))
         return {};
     if (const auto passPhrase = plainPassPhraseOf(sql))
         return passPhrase;
@@ -82,7 +87,7 @@ std::optional<QByteArray> passPhraseOf(const QString& sql)
 
 bool givesKey(const QString& sql)
 {
-    if (!mayBe("pragma", sql))
+    if (!mayBegin("pragma", sql))
         return false;
     static const QRegularExpression pattern
         = statementPattern(anyPragmaOfMain + QStringLiteral("<(?:hex)?(?:re)?key>_[=(]"));
@@ -91,7 +96,7 @@ bool givesKey(const QString& sql)
 
 bool setsParameter(const QString& sql)
 {
-    if (!mayBe("pragma", sql))
+    if (!mayBegin("pragma", sql))
         return false;
     static const QRegularExpression pattern
         = statementPattern(anyPragmaOfMain + QStringLiteral("[\"'`\\[]?(?:cipher|kdf|fast)"));
@@ -100,7 +105,7 @@ bool setsParameter(const QString& sql)
 
 std::optional<Attachment> attachmentOf(const QString& sql)
 {
-    if (!mayBe("attach", sql))
+    if (!mayBegin("attach", sql))
         return {};
     static const QRegularExpression pattern
         = statementPattern(QStringLiteral("_ATTACH\\b_(?:DATABASE\\b_)?('(?:[^']|'')*')_AS\\b_"
