@@ -13,13 +13,15 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 
 namespace {
 
 constexpr qint64 sharedMediaQuota = 10LL << 30;
-constexpr qint64 copyChunk = 1LL << 20;
+constexpr qint64 chunkSize = 1LL << 20;
 
 // Empty when the copy can begin, with both files open; otherwise why it cannot. The order of the
 // checks decides which reason a user reads. A source that is no regular file (a pipe on a foreign
@@ -43,13 +45,27 @@ QString openForCopy(QFile& source, QFile& destination, const QString& destinatio
     return {};
 }
 
+// From where both files are, in the kernel, which need not hand the bytes to us and take them back;
+// through memory of ours where a file system does not offer that or a signal came in between. Gives
+// how many it were, less than one at the source's end and on an error.
+qint64 copyBytes(qint64 count, QFile& source, QFile& destination)
+{
+    const ssize_t sent
+        = sendfile(destination.handle(), source.handle(), nullptr, static_cast<std::size_t>(count));
+    if (sent >= 0 || (errno != EINVAL && errno != EINTR))
+        return sent;
+    const QByteArray bytes = source.read(count);
+    return bytes.isEmpty() ? 0 : destination.write(bytes);
+}
+
 // The seek is for a chunk that was read or written only in part: the next one still goes to its
 // place, and a source that has vanished is left behind after as many rounds as it had chunks.
-void copyChunkTo(qint64 end, QFile& source, QFile& destination, QByteArray& buffer)
+void copyChunk(qint64 begin, QFile& source, QFile& destination)
 {
-    const qint64 length = source.read(buffer.data(), buffer.size());
-    if (length > 0)
-        destination.write(buffer.constData(), length);
+    const qint64 end = begin + chunkSize;
+    qint64 copied = 1;
+    for (qint64 position = begin; position < end && copied > 0; position += copied)
+        copied = copyBytes(end - position, source, destination);
     source.seek(end);
     destination.seek(end);
 }
@@ -85,10 +101,9 @@ bool FileHelper::copyFile(const QString& sourceFilename, const QString& destinat
 
     // Asked for once: a file that grows while it is read still comes to an end.
     const qint64 size = source.size();
-    QByteArray buffer(static_cast<int>(std::min(size, copyChunk)), Qt::Uninitialized);
     qint64 reported = 0;
-    for (qint64 position = 0; self && position < size; position += copyChunk) {
-        copyChunkTo(position + copyChunk, source, destination, buffer);
+    for (qint64 position = 0; self && position < size; position += chunkSize) {
+        copyChunk(position, source, destination);
         // The percent of the chunks before this one, kept: the pages' progress bars are timed to
         // it.
         const qint64 percent = 100 * position / size;
