@@ -140,7 +140,7 @@ Figures databaseFigures()
     return {
         {"dictionary-read", readAgainstRawKey(keys.shared), 2.0},
         {"dictionary-read-passphrase", readAgainstPassPhrase(), 0.03},
-        {"look-up", lookUp(keys.shared), 12},
-        {"restore-table", restore(keys), 2.0},
+        {"look-up", lookUp(keys.shared), 3.0},
+        {"restore-table", restore(keys), 1.1},
     };
 }

@@ -136,7 +136,7 @@ Figures fileFigures()
 {
     return {
         {"discovery", discovery(), 0.9},
-        {"copy-file", copyFile(), 1.3},
-        {"folder-listing", folderListing(), 4.0},
+        {"copy-file", copyFile(), 1.1},
+        {"folder-listing", folderListing(), 2.5},
     };
 }

@@ -49,5 +49,5 @@ double waitForMissingProgram()
 Figures launchFigures()
 {
     const double started = waitForProgram();
-    return {{"launch-cpu", std::max(started, waitForMissingProgram()), 0.01}};
+    return {{"launch-cpu", std::max(started, waitForMissingProgram()), 0.005}};
 }

@@ -129,7 +129,7 @@ Figures stallFigures()
     Scene scene;
     std::vector<double> stalls(3);
     std::generate(stalls.begin(), stalls.end(), [&] { return longestStallOfImport(scene); });
-    return {{"gui-stall", Measure::median(stalls) / 0.050, 1.0}};
+    return {{"gui-stall", Measure::median(stalls) / 0.050, 0.3}};
 }
 
 Figures screenFigures()
@@ -139,7 +139,7 @@ Figures screenFigures()
              Measure::bestRatio(
                  12, [] { return measuredApart("open", "showAdvanceOptionsPanel"); },
                  [] { return measuredApart("open", "showUpdatePanel"); }),
-             3.0}};
+             1.6}};
 }
 
 Figures listFigures()

@@ -71,11 +71,11 @@ Figures startFigures()
          Measure::bestRatio(
              15, [] { return secondsToFirstFrame(updater); },
              [] { return secondsToFirstFrame(emptyView); }),
-         3.0},
+         2.2},
         {"memory",
          Measure::bestRatio(
              5, [] { return peakAtFirstFrame(updater); },
              [] { return peakAtFirstFrame(emptyView); }),
-         1.6},
+         1.4},
     };
 }
