@@ -7,7 +7,10 @@ Rectangle {
 
     property int duration: 750 // of a fade, in milliseconds
     property bool fullscreen: false
-    property bool used: false
+    property string message: ""
+    property string detail: ""
+    property bool loading: false
+    property bool closable: false
     // Under the busy bar: what is worked on, and how long so far.
     property string busyName: ""
     property string busyTime: ""
@@ -23,29 +26,35 @@ Rectangle {
     function showMessage(msg, duration, fullscreen, loadingAnimation) {
         popUp.duration = 1000;
         // No screen holds more, and a command can print megabytes.
-        messageText.text = String(msg).slice(0, 4000);
-        detailText.text = "";
+        message = String(msg).slice(0, 4000);
+        detail = "";
         visible = true;
         opacity = 1;
         place(Boolean(fullscreen));
         hideAfter(duration === undefined ? 2000 : duration);
-        busyBar.visible = Boolean(loadingAnimation);
-        closeSquare.visible = popUp.fullscreen && !busyBar.visible;
+        loading = Boolean(loadingAnimation);
+        closable = popUp.fullscreen && !loading;
     }
 
     // Small, under the message in sight, until the next one; "" for nothing.
-    function showDetail(text) { detailText.text = text; }
+    function showDetail(text) { detail = text; }
 
     function hideMessage() {
         hideTimer.stop();
         opacity = 0;
         clickBlocker.enabled = false;
-        busyBar.visible = false;
+        loading = false;
+    }
+
+    function close() {
+        duration = 100;
+        hideMessage();
     }
 
     // A bar releases the touches that an earlier full-screen message holds: nobody else would.
     function place(wholeScreen) {
-        used = true;
+        if (content.status === Loader.Null)
+            content.setSource("PopUpContent.qml", { popUp: popUp });
         fullscreen = wholeScreen;
         clickBlocker.enabled = wholeScreen;
         if (wholeScreen) {
@@ -66,7 +75,7 @@ Rectangle {
     anchors.horizontalCenter: parent.horizontalCenter
     y: fullscreen ? (parent.height - height) / 2 : parent.height - 40 - height
     width: fullscreenWidth
-    height: !used ? 0 : fullscreen ? fullscreenHeight : words.height + 20
+    height: !content.item ? 0 : fullscreen ? fullscreenHeight : content.item.wordsHeight + 20
     radius: 10
     color: "#DD000000"
     border.width: 2
@@ -95,105 +104,9 @@ Rectangle {
         enabled: false
     }
 
-    // Keeps texts apart from the screen that shines through.
-    component Backing: Rectangle {
-        property Item around: null
-
-        anchors.centerIn: around
-        width: around.width + 10
-        height: around.height + 10
-        visible: around.visible
-        radius: 10
-        color: "black"
-    }
-
-    Backing { around: words }
-    Backing { around: notes }
-
-    Column {
-        id: words
-        anchors.centerIn: parent
-
-        Text {
-            id: messageText
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: Math.min(implicitWidth, popUp.width - 60)
-            textFormat: Text.PlainText
-            color: "white"
-            font.pointSize: 14
-            wrapMode: Text.Wrap
-            horizontalAlignment: Text.AlignHCenter
-            maximumLineCount: Math.max(1, Math.floor((popUp.parent.height - 140) / metrics.lineSpacing))
-            elide: Text.ElideRight
-
-            FontMetrics {
-                id: metrics
-                font: messageText.font
-            }
-        }
-
-        PopUpNote {
-            id: detailText
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: Math.min(implicitWidth, popUp.width - 60)
-            visible: text !== ""
-        }
-    }
-
-    BusyBar {
-        id: busyBar
-        anchors.top: words.bottom
-        anchors.topMargin: 20
-        anchors.horizontalCenter: parent.horizontalCenter
-        visible: false
-    }
-
-    Column {
-        id: notes
-        anchors.top: busyBar.bottom
-        anchors.topMargin: 12
-        anchors.horizontalCenter: parent.horizontalCenter
-        spacing: 4
-        visible: busyBar.visible
-
-        PopUpNote {
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: Math.min(implicitWidth, popUp.width - 60)
-            text: popUp.busyName
-        }
-
-        PopUpNote {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: popUp.busyTime
-        }
-    }
-
-    Rectangle {
-        id: closeSquare
-        anchors.top: parent.top
-        anchors.right: parent.right
-        anchors.margins: 10
-        width: 30
-        height: 30
-        radius: 5
-        color: "red"
-        opacity: 0.62
-        visible: false
-
-        Text {
-            anchors.centerIn: parent
-            color: "white"
-            font.pixelSize: 18
-            text: "X"
-        }
-
-        MouseArea {
-            anchors.fill: parent
-            anchors.margins: -10 // it is touched with gloves
-            onClicked: {
-                popUp.duration = 100;
-                popUp.hideMessage();
-            }
-        }
+    // Loaded with the first message: the start does not wait for it.
+    Loader {
+        id: content
+        anchors.fill: parent
     }
 }
