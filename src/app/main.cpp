@@ -76,6 +76,8 @@ void showOnTouchScreen(QtQuick2ApplicationViewer& viewer)
 // and dies in reverse order; the platform is not started again by that, the scene does so.
 int runUpdater(int& argc, char** argv)
 {
+    // No widget is ever shown, and the style that is the default takes more memory.
+    QApplication::setStyle(QStringLiteral("windows"));
     Application app(argc, argv);
     qmlRegisterUncreatableType<UiConfig>(qmlModule, 1, 0, "SystemType",
                                          "Cannot create SystemType enum");
