@@ -1,12 +1,11 @@
 #pragma once
 
-// What every start needs, whatever the settings say, and what can be made beside other work.
+// What the scene will need, made beside the work that comes before it.
 namespace Preload {
 
 // Begins to set the fonts up on a thread of its own: fontconfig reads some eighty files, and is
-// asked for the first text only, after all that a start does before its scene. Returns at once. Who
-// needs the fonts meanwhile sets them up as ever. To be called once, when the keys of the database
-// are there, whose derivation has use for two processors.
+// asked for the first text only. Returns at once. Who needs the fonts meanwhile sets them up as
+// ever. To be called once.
 void fonts();
 
 } // namespace Preload

@@ -90,6 +90,7 @@ int runUpdater(int& argc, char** argv)
     if (commandLine.exitAfterArguments)
         return EXIT_SUCCESS;
 
+    Preload::fonts();
     ProcessEnd::watch();
     Event event;
     QObject::connect(&event, &Event::shutTheAppDown, &app, &SingleApplication::quitApp);
@@ -119,6 +120,5 @@ int main(int argc, char** argv)
     qInstallMessageHandler(myMessageHandler);
     Logger::getLogDevMessages();
     CommandLine::choosePlatform(argc, argv);
-    Preload::fonts();
     ProcessEnd::now(runUpdater(argc, argv));
 }
