@@ -27,9 +27,8 @@ TableTranslations::TableTranslations(QObject* parent) : DatabaseBase(parent)
 QString TableTranslations::lookUp(QString key)
 {
     const QVariantList rows
-        = genericGetMapList(
-              SqlText::fill(QStringLiteral("SELECT %1,used FROM %2 WHERE key='%3' LIMIT 1"),
-                            SqlText::column(m_language), tableName(), key))
+        = genericGetMapList(SqlText::fill(QStringLiteral("SELECT %1,used FROM %2 WHERE key='%3'"),
+                                          SqlText::column(m_language), tableName(), key))
               .toList();
     if (key == QLatin1String("KeyCloseDatabase")) {
         closeDatabase();
