@@ -75,7 +75,7 @@ std::optional<QByteArray> passPhraseOf(const QString& sql)
 {
     if (!mayBegin("pragma", sql))
         return {};
-    if (const auto passPhrase = plainPassPhraseOf(sql))
+    if (auto passPhrase = plainPassPhraseOf(sql))
         return passPhrase;
     static const QRegularExpression pattern = statementPattern(QStringLiteral(
         "_PRAGMA\\b_(?:<main>_\\._)?<key>_=_('(?:[^']|'')*'|\"(?:[^\"]|\"\")*\")_;?_$"));
