@@ -6,10 +6,36 @@
 #include <QtPlugin>
 
 #include <atomic>
+#include <dlfcn.h>
 #include <thread>
 #include <vector>
 
 Q_IMPORT_PLUGIN(SqlCipherPlugin)
+
+namespace {
+
+std::atomic<int> derivations {0};
+
+} // namespace
+
+// These stand in front of the two libraries that could derive a key, the driver's and SQLCipher's.
+extern "C" void nettle_hmac_sha1_set_key(void* state, std::size_t size, const uint8_t* key)
+{
+    ++derivations;
+    static const auto set
+        = reinterpret_cast<decltype(&nettle_hmac_sha1_set_key)>(dlsym(RTLD_NEXT, __func__));
+    set(state, size, key);
+}
+
+extern "C" int PKCS5_PBKDF2_HMAC_SHA1(const char* pass, int passSize, const unsigned char* salt,
+                                      int saltSize, int rounds, int keySize, unsigned char* key)
+{
+    if (rounds > 1000) // SQLCipher makes a second key of the first, in two rounds
+        ++derivations;
+    static const auto derive
+        = reinterpret_cast<decltype(&PKCS5_PBKDF2_HMAC_SHA1)>(dlsym(RTLD_NEXT, __func__));
+    return derive(pass, passSize, salt, saltSize, rounds, keySize, key);
+}
 
 // The driver's keys and locks, held against the `sqlcipher` program.
 class TestSqlCipherKeys : public QObject
@@ -26,6 +52,20 @@ class TestSqlCipherKeys : public QObject
     }
 
 private slots:
+    void aPassPhraseIsDerivedOnceAlsoWhereItOpensNothing()
+    {
+        const QString none = m_files.next();
+        Dispenser::writeFile(none, QByteArray(4096, 'x'));
+        for (const QString& file : {newDatabase("x"), none}) {
+            const int before = derivations;
+            for (int i = 0; i < 3; ++i) {
+                TestConnection database(file);
+                QCOMPARE(QSqlQuery(database).exec("SELECT v FROM t"), file != none);
+            }
+            QCOMPARE(derivations - before, 1);
+        }
+    }
+
     void aFileInAnothersPlaceIsReadThoughItsSaltIsAnother()
     {
         const QString file = newDatabase("old");
