@@ -119,7 +119,7 @@ double restore(const RawKeys& keys)
     addTable(shared, keys.shared);
     addTable(defaults, keys.defaults);
     const double ratio = Measure::bestRatio(
-        40,
+        100,
         [] {
             return Measure::secondsOf([] {
                 require(DatabaseBase().genericRestoreTable(QStringLiteral("measured")),

@@ -64,6 +64,8 @@ double peakAtFirstFrame(const QString& program)
 } // namespace
 
 // The first round, which does not count, stores the settings that the dispenser does not have yet.
+// While it starts the updater has work for two processors, the empty view for one: where one is
+// always taken and scripts/bench may not go first, start-up reads a quarter more.
 Figures startFigures()
 {
     return {
