@@ -24,6 +24,12 @@ public:
         m_query->setForwardOnly(true);
     }
 
+    ~SqlQuery()
+    {
+        m_query->finish();
+        m_query->clear();
+    }
+
     Q_DISABLE_COPY_MOVE(SqlQuery)
 
     // Both return false, with a line in the log, on any failure but a lock.
