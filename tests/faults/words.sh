@@ -88,6 +88,8 @@ link_everywhere()
 }
 already_imported() { vemlo import "$package" && take_stock; }
 cut_short() { local part; part=$(head -c 300 "$1" | base64) && base64 -d <<< "$part" > "$1"; }
+same_image() { (cd "$stick" && seq "$1" | xargs mkdir && for each in [0-9]*; do : > "$each/X_MFV_V1.hex"; done); }
+no_versions() { mv "$store/$system-1.03.00" "$store/kept"; ln -sfn kept "$store/Merivon-current"; rm -r "$store/$system-1.02.00"; take_stock; }
 crowd() { mkdir "$stick/many" && (cd "$stick/many" && seq "$1" | xargs touch); }
 slow_media() { with+=("SLOW_FOLDER=/media/technician" "LD_PRELOAD=${program%/*}/benchmarks/slow_folder.so"); }
 clock() { echo "$1" > /tmp/clock.new && mv /tmp/clock.new /tmp/clock; }
@@ -105,6 +107,14 @@ mute_bus()
     { read -r DBUS_SESSION_BUS_ADDRESS; read -r daemon; } < <(dbus-daemon --session --fork --print-address=1 --print-pid=1)
     export DBUS_SESSION_BUS_ADDRESS
     kill -STOP "$daemon"
+}
+# A bus that lets every caller log in and then says nothing.
+silent_bus()
+{
+    export DBUS_SESSION_BUS_ADDRESS=unix:path=/tmp/bus
+    perl -MIO::Socket::UNIX -e '$bus = IO::Socket::UNIX->new(Local => "/tmp/bus", Listen => 9);
+        while ($_ = $bus->accept) { push @callers, $_; syswrite $_, "OK " . "0" x 32 . "\r\n" }' &
+    comes test -S /tmp/bus
 }
 # Standard output as a pipe that is full, and that nobody reads.
 full_pipe()
@@ -164,15 +174,16 @@ restart() { tap corner restarts; }
 restarts() { has_ended || refuses corner; }
 restore() { "${program%/*}/tests/app/logs" restore > "$log" 2>&1 & updater=$!; }
 twice() { for each; do point "$each" && xdotool mousemove "$x" "$y" click --repeat 2 --delay 60 1; done; }
-# Two fingers at once, on two controls; then none.
-fingers()
+# down CONTROL...: where fingers lie from now on.
+down()
 {
     local at=()
     for each; do point "$each"; at+=("$x" "$y"); done
     "$here/touch" "$fingers" "$width" "$height" "${at[@]}"
     sleep 0.1
-    "$here/touch" "$fingers" "$width" "$height"
 }
+# Two fingers at once, on two controls; then none.
+fingers() { down "$@"; down; }
 # Stops half a second before a message on the whole screen is gone.
 tapped_away() { grab; (($(lower) > 20)) || ! press "$1"; }
 
@@ -191,7 +202,8 @@ finishes() { go_on; comes job_is_over; }
 # The player outside takes all of the dispenser away.
 cut() { touch /tmp/cut; sleep infinity; }
 quit_by_bus() { dbus-send --type=method_call --dest=org.merivon.softwareUpdater / org.merivon.softwareUpdater.quitApp; }
-quit_by() { kill -s "$1" "$updater"; comes has_ended; }
+# quit_by SIGNAL [PROCESS]: of all that has no session of its own, as by a Ctrl-C in a terminal.
+quit_by() { kill -s "$1" -- "${2-$updater}"; comes has_ended; }
 
 # --- What has to hold.
 
