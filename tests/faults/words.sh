@@ -89,7 +89,11 @@ link_everywhere()
 already_imported() { vemlo import "$package" && take_stock; }
 cut_short() { local part; part=$(head -c 300 "$1" | base64) && base64 -d <<< "$part" > "$1"; }
 same_image() { (cd "$stick" && seq "$1" | xargs mkdir && for each in [0-9]*; do : > "$each/X_MFV_V1.hex"; done); }
-no_versions() { mv "$store/$system-1.03.00" "$store/kept"; ln -sfn kept "$store/Merivon-current"; rm -r "$store/$system-1.02.00"; take_stock; }
+no_versions()
+{
+    mv "$store/$system-1.03.00" "$store/kept" && ln -sfn kept "$store/Merivon-current"
+    rm -r "$store/$system-1.02.00" && take_stock
+}
 crowd() { mkdir "$stick/many" && (cd "$stick/many" && seq "$1" | xargs touch); }
 slow_media() { with+=("SLOW_FOLDER=/media/technician" "LD_PRELOAD=${program%/*}/benchmarks/slow_folder.so"); }
 clock() { echo "$1" > /tmp/clock.new && mv /tmp/clock.new /tmp/clock; }
