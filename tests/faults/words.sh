@@ -65,6 +65,7 @@ fill_disk()
     dd if=/dev/zero of=/run/small/fill bs=4096 2> /dev/null
     true
 }
+large_defaults() { sql "INSERT INTO dictionary(name, value) VALUES('large', hex(zeroblob(100000)))" "$defaults" > /dev/null; }
 # spoil WHAT: the shared database.
 declare -A spoilers=([missing]='rm "$database"' [empty]=': > "$database"' [damaged]='damage "$database" 5'
     [foreign]='rm "$database" && sqlcipher "$database" "PRAGMA key=1; CREATE TABLE dictionary(id, name, value);"'
